@@ -1,0 +1,30 @@
+# The Debian packages that Hornbeam needs, and the one function that installs what is missing.
+
+build_packages=(cmake ninja-build g++ pkg-config protobuf-compiler libprotobuf-dev libboost-dev libicu-dev
+  libpugixml-dev libzip-dev libsqlite3-dev libfreetype-dev libfontconfig-dev uuid-dev libyajl-dev zlib1g-dev
+  libcli11-dev libssl-dev libgtest-dev libgmock-dev)
+run_packages=(fontconfig fonts-dejavu-core)
+test_packages=(python3 fonts-urw-base35)
+bench_packages=(libbenchmark-dev)
+lint_packages=(clang-14 clang-format clang-tidy)
+fuzz_packages=(clang-14 libclang-rt-14-dev)
+
+# need_packages NAME...: says what is missing and installs it, through sudo when not root.
+need_packages() {
+  local missing=() name
+  for name in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null | grep -qx installed || missing+=("$name")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Missing packages: ${missing[*]}" >&2
+  local root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "Install them as root, then try again." >&2; return 1; }
+    root=(sudo)
+  fi
+  echo "Installing them ..." >&2
+  {
+    "${root[@]}" apt-get update -qq &&
+      "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+  } >"$build/packages.log" 2>&1 || { tail -n 20 "$build/packages.log" >&2; return 1; }
+}
