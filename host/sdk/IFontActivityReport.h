@@ -15,7 +15,7 @@
 /// Thread: main.
 class IFontActivityReport : public IPMUnknown {
  public:
-  enum { kDefaultIID = IID_IFONTACTIVITYREPORT };
+  static constexpr PMIID kDefaultIID = IID_IFONTACTIVITYREPORT;
 
   /// A font that the document needs has been found and activated, or was active already.
   ///
@@ -24,7 +24,7 @@ class IFontActivityReport : public IPMUnknown {
   /// \param databaseID  The font manager's number for it; never 0.
   /// \param wasActive  True when it was active before the document asked for it.
   virtual void ReportMatched(const UIDRef& document, const PMString& postScriptName, uint32 databaseID,
-                             bool16 wasActive) = 0;
+                             bool wasActive) = 0;
 
   /// A font that the document needs is still without a match after everything was tried.
   virtual void ReportProblem(const UIDRef& document, const PMString& postScriptName) = 0;
