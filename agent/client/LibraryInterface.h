@@ -2,9 +2,9 @@
 
 #include "client/PluginInterface.h"
 
-/// What the font library's own programs ask of the agent beyond the entries of PluginInterface.h: adding fonts,
-/// listing them, the agent's condition. They live in the same framework, are bound by name in the same way, and
-/// follow the same rules for facade, codes and threads.
+/// What the font library's own programs ask of the agent beyond the entries of PluginInterface.h: adding
+/// fonts, listing them, the agent's condition. They live in the same framework, are bound by name in the same
+/// way, and follow the same rules for facade, codes and threads.
 
 extern "C" {
 
@@ -20,21 +20,24 @@ typedef void (*KilnProgressProc)(unsigned long done, unsigned long total, const 
 ///
 /// \param paths  Strings. Not owned.
 /// \param progress  May be null. Must not throw, and may call no entry.
-/// \param outResults  Receives one dictionary a file, in the order in which they were dealt with: "path" (string),
-///     "status" ("added", "known", "failed"), "code" (decimal text, 0 unless failed), "message" (string, a sentence
-///     for the user when failed), "fonts" (array of the PostScript names in the file). Mutable, must retain.
-/// \return 0 when the agent dealt with the list, however many files failed. The call may take as long as it needs
-///     while the agent reports progress; 5 s of silence end it with 0x0300100E. What was added by then stays, and
-///     nothing is appended to outResults.
-TALWORTH_EXPORT ErrCode KilnLibraryAddPaths(FacadeRef, CFArrayRef paths, KilnProgressProc progress, void* context,
-                                            CFMutableArrayRef outResults);
+/// \param outResults  Receives one dictionary a file, in the order in which they were dealt with: "path"
+/// (string),
+///     "status" ("added", "known", "failed"), "code" (decimal text, 0 unless failed), "message" (string, a
+///     sentence for the user when failed), "fonts" (array of the PostScript names in the file). Mutable, must
+///     retain.
+/// \return 0 when the agent dealt with the list, however many files failed. The call may take as long as it
+/// needs
+///     while the agent reports progress; 5 s of silence end it with 0x0300100E. What was added by then stays,
+///     and nothing is appended to outResults.
+TALWORTH_EXPORT ErrCode KilnLibraryAddPaths(FacadeRef, CFArrayRef paths, KilnProgressProc progress,
+                                            void* context, CFMutableArrayRef outResults);
 
-/// Appends a font record for every font of the library (RecordKeys.h), ordered by family and PostScript name, with
-/// "Style" beside the record's keys. System fonts aren't listed.
+/// Appends a font record for every font of the library (RecordKeys.h), ordered by family and PostScript name,
+/// with "Style" beside the record's keys. System fonts aren't listed.
 TALWORTH_EXPORT ErrCode KilnLibraryListFonts(FacadeRef, CFMutableArrayRef outFonts);
 
-/// Sets what the agent says of itself, all as strings: "version", "pid", "vaultPath", "vaultStatus" (code, 0 when
-/// the vault is in use by this agent), "fontCount", "activeFontCount", "clientCount".
+/// Sets what the agent says of itself, all as strings: "version", "pid", "vaultPath", "vaultStatus" (code, 0
+/// when the vault is in use by this agent), "fontCount", "activeFontCount", "clientCount".
 TALWORTH_EXPORT ErrCode KilnLibraryStatus(FacadeRef, CFMutableDictionaryRef outStatus);
 
 }  // extern "C"

@@ -8,9 +8,10 @@
 /// Life of the library:
 ///   1. Loaded: nothing runs, nothing is connected.
 ///   2. GetPluginFacadeInstance() gives the facade. It never blocks and never fails.
-///   3. The first call that needs the agent connects to it. When the agent's process runs but doesn't listen yet,
-///      as a moment after its launch, the call waits for it, at most 3 s; when there is no such process it fails
-///      at once.
+///   3. The first call that needs the agent connects to it. When the agent's process runs but doesn't listen
+///   yet,
+///      as a moment after its launch, the call waits for it, at most 3 s; when there is no such process it
+///      fails at once.
 ///   4. When the connection breaks, the calls under way end with 0x0200200D. A later call connects anew: the
 ///      agent knows this process by an identity made once per load, so its activations stay its own.
 ///   5. ResetPluginFacadeInstance() drops connection and facade; a dropped facade is refused, never followed.
@@ -20,19 +21,20 @@
 /// value, null and a facade from before a reset among them, gives 0x0200200D with nothing sent.
 ///
 /// Codes: 0 is success; the others are the shared 32-bit codes (GErrors.h). Every entry may give
-///   0x0300100E  the agent isn't there or doesn't answer in time (5 s; activation of a document's fonts 60 s, of
+///   0x0300100E  the agent isn't there or doesn't answer in time (5 s; activation of a document's fonts 60 s,
+///   of
 ///               which the agent may be silent for no more than 5);
 ///   0x0200200D  the connection broke under the call, or the facade is a dropped one;
 ///   0x0E000000  the agent speaks another version of the protocol;
-///   0x04000000, 0x05000000  an argument has no sense, or a pointer that must be set is null; nothing was sent;
-///   0x06000000, 0x02000000  out of memory, and any other exception inside the library.
+///   0x04000000, 0x05000000  an argument has no sense, or a pointer that must be set is null; nothing was
+///   sent; 0x06000000, 0x02000000  out of memory, and any other exception inside the library.
 /// The rows name further codes. Unless a row says otherwise, outputs are untouched when the result isn't 0.
 ///
 /// Entries marked (later) answer 0x08000000, CoreErrorCodes::kNotImplemented, and touch nothing.
 ///
-/// Units: font and workgroup IDs are the agent's unsigned 32-bit database IDs, font ID 0 is no font, workgroup 0
-/// means all workgroups; counts and capacities are numbers of elements, `size` is a number of bytes with the
-/// ending zero. Texts are UTF-8. Activation states are the agent's raw values, 0 to 11.
+/// Units: font and workgroup IDs are the agent's unsigned 32-bit database IDs, font ID 0 is no font,
+/// workgroup 0 means all workgroups; counts and capacities are numbers of elements, `size` is a number of
+/// bytes with the ending zero. Texts are UTF-8. Activation states are the agent's raw values, 0 to 11.
 ///
 /// Ownership: arrays, dictionaries and buffers passed in are the caller's and only used during the call. What
 /// the library makes for an `out` argument of type CF...Ref* is the caller's to release. Font records hold
@@ -40,8 +42,8 @@
 ///
 /// Threads: every entry may be called on any thread but from inside a notification callback, where all but
 /// UnregisterForNotifications() give 0x10000000 (not supported). An entry that changes what is active also
-/// changes the process's fontconfig configuration, in place and before it returns; call those on the thread on
-/// which the process uses fontconfig (see ProcessFonts.h).
+/// changes the process's fontconfig configuration, in place and before it returns; call those on the thread
+/// on which the process uses fontconfig (see ProcessFonts.h).
 ///
 /// Nothing throws.
 
@@ -55,72 +57,75 @@ typedef void* FacadeRef;
 /// 0 or one of the shared codes.
 typedef unsigned int ErrCode;
 
-/// Receives a notification on the library's own thread. `data` lives during the call only; its type goes by the
-/// kind (NotificationKind). The result is 0; the library doesn't read it.
+/// Receives a notification on the library's own thread. `data` lives during the call only; its type goes by
+/// the kind (NotificationKind). The result is 0; the library doesn't read it.
 typedef int (*NotifyProc)(int kind, void* data);
 
 /// What a notification says, and the type of its data.
 enum NotificationKind {
-  kNotification_AgentShutdown = 0,                   ///< none; the agent ends in good order
-  kNotification_OnlineStateChanged = 1,              ///< bool*: online now
-  kNotification_LoggedInStateChanged = 2,            ///< CFDictionaryRef: "isLoggedIn", "serverType"
-  kNotification_WorkgroupsChanged = 3,               ///< none
-  kNotification_UserPermissionsChanged = 4,          ///< none
-  kNotification_FontActivated = 8,                   ///< unsigned int*: font ID
-  kNotification_FontDeactivated = 9,                 ///< unsigned int*: font ID
-  kNotification_FontMissing = 10,                    ///< unsigned int*: font ID
-  kNotification_GoogleWebFontsEnabled = 14,          ///< bool*: enabled now
-  kNotification_GoogleReplicationProgress = 15,      ///< CFDictionaryRef: "text", "stepIndex", "numSteps"
-  kNotification_GoogleReplicationStopped = 16,       ///< none
-  kNotification_PreviewPNGsRendered = 17,            ///< CFDictionaryRef: font ID -> file names
-  kNotification_SmartListsChanged = 18,              ///< none
-  kNotification_BulkReplicationProgress = 19,        ///< CFDictionaryRef, as 15
-  kNotification_BulkReplicationStopped = 20,         ///< none
-  kNotification_IncrementalReplicationProgress = 21, ///< CFDictionaryRef, as 15
-  kNotification_IncrementalReplicationStopped = 22,  ///< none
-  kNotification_PanelDataChanged = 23,               ///< none
-  kNotification_DesignActivationNonCompliant = 24,   ///< unsigned int*: font ID
-  kNotification_OfflineDownloadFinished = 25,        ///< none
-  kNotification_FontServerReplicationProgress = 27,  ///< CFDictionaryRef, as 15
-  kNotification_FontServerReplicationStopped = 28,   ///< none
+  kNotification_AgentShutdown = 0,                    ///< none; the agent ends in good order
+  kNotification_OnlineStateChanged = 1,               ///< bool*: online now
+  kNotification_LoggedInStateChanged = 2,             ///< CFDictionaryRef: "isLoggedIn", "serverType"
+  kNotification_WorkgroupsChanged = 3,                ///< none
+  kNotification_UserPermissionsChanged = 4,           ///< none
+  kNotification_FontActivated = 8,                    ///< unsigned int*: font ID
+  kNotification_FontDeactivated = 9,                  ///< unsigned int*: font ID
+  kNotification_FontMissing = 10,                     ///< unsigned int*: font ID
+  kNotification_GoogleWebFontsEnabled = 14,           ///< bool*: enabled now
+  kNotification_GoogleReplicationProgress = 15,       ///< CFDictionaryRef: "text", "stepIndex", "numSteps"
+  kNotification_GoogleReplicationStopped = 16,        ///< none
+  kNotification_PreviewPNGsRendered = 17,             ///< CFDictionaryRef: font ID -> file names
+  kNotification_SmartListsChanged = 18,               ///< none
+  kNotification_BulkReplicationProgress = 19,         ///< CFDictionaryRef, as 15
+  kNotification_BulkReplicationStopped = 20,          ///< none
+  kNotification_IncrementalReplicationProgress = 21,  ///< CFDictionaryRef, as 15
+  kNotification_IncrementalReplicationStopped = 22,   ///< none
+  kNotification_PanelDataChanged = 23,                ///< none
+  kNotification_DesignActivationNonCompliant = 24,    ///< unsigned int*: font ID
+  kNotification_OfflineDownloadFinished = 25,         ///< none
+  kNotification_FontServerReplicationProgress = 27,   ///< CFDictionaryRef, as 15
+  kNotification_FontServerReplicationStopped = 28,    ///< none
 };
 
-// --- 1 to 11 -------------------------------------------------------------------------------------------------
+// --- 1 to 11
+// -------------------------------------------------------------------------------------------------
 
 /// 1. Activates fonts for every program of the user and makes them visible to this process before it returns.
-/// `reserved` is null; `mode` 1 marks them temporary, 0 lasting; `flagA` 1 marks them auto-activated; `flagB` 1
-/// goes on past a font that fails. IDs that failed go to `idsA`, IDs that the agent's compliance rules refuse to
-/// `idsB`, each cut to its capacity; `countA` and `countB` tell how many were written. The four are written
-/// whenever the agent answered. 0x0500400C: at least one font was refused (the others are active).
+/// `reserved` is null; `mode` 1 marks them temporary, 0 lasting; `flagA` 1 marks them auto-activated; `flagB`
+/// 1 goes on past a font that fails. IDs that failed go to `idsA`, IDs that the agent's compliance rules
+/// refuse to `idsB`, each cut to its capacity; `countA` and `countB` tell how many were written. The four are
+/// written whenever the agent answered. 0x0500400C: at least one font was refused (the others are active).
 TALWORTH_EXPORT ErrCode ActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                       const void* reserved, int mode, int flagA, int flagB,
                                       unsigned long capacityA, unsigned long capacityB, unsigned int* idsA,
                                       unsigned int* idsB, unsigned int* countA, unsigned int* countB);
-/// 2. Matches a document's font list and activates what matched, in one call however long the list. `path` names
-/// the document and may be empty; an element of `fonts` is a font record, or a dictionary with "EmbeddedFonts"
-/// alone whose records help to choose among candidates. Matched records are appended to `outMatched` in the
-/// order of `fonts`, with their states as they were before the call; fonts without a match are appended to
-/// `outProblems` with "PossibleReplacements". Both arrays must be mutable and retain.
+/// 2. Matches a document's font list and activates what matched, in one call however long the list. `path`
+/// names the document and may be empty; an element of `fonts` is a font record, or a dictionary with
+/// "EmbeddedFonts" alone whose records help to choose among candidates. Matched records are appended to
+/// `outMatched` in the order of `fonts`, with their states as they were before the call; fonts without a
+/// match are appended to `outProblems` with "PossibleReplacements". Both arrays must be mutable and retain.
 TALWORTH_EXPORT ErrCode ActivateDocumentFontsByPath(FacadeRef, const char* path, CFArrayRef fonts,
                                                     bool nextGenPlugin, bool activateEntireFamily,
-                                                    bool pickBestMatch, bool glyphMarkEnabled, int workgroupID,
-                                                    CFMutableArrayRef outMatched,
+                                                    bool pickBestMatch, bool glyphMarkEnabled,
+                                                    int workgroupID, CFMutableArrayRef outMatched,
                                                     CFMutableArrayRef outProblems);
 /// 3. Puts fonts into sets (later).
 TALWORTH_EXPORT ErrCode AddFontsToSets(FacadeRef, unsigned long fontCount, const unsigned int* fontIDs,
                                        unsigned long setCount, const unsigned int* setIDs);
-/// 4. Names this process's log file in the user's log folder; a folder in the name is ignored. The file is opened
-/// for appending; until then Log() writes nothing. Needs no agent. 0x02001004: can't be opened.
+/// 4. Names this process's log file in the user's log folder; a folder in the name is ignored. The file is
+/// opened for appending; until then Log() writes nothing. Needs no agent. 0x02001004: can't be opened.
 TALWORTH_EXPORT ErrCode BeginLogging(FacadeRef, const char* logFileName);
 /// 5. Whether all the fonts may be exported (later).
 TALWORTH_EXPORT ErrCode CanExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                        int* outAllowed);
 /// 6. Makes a set of fonts in a workgroup (later).
-TALWORTH_EXPORT ErrCode CreateTopLevelSet(FacadeRef, int* outSetID, const char* name, int workgroupID, int zeroA,
-                                          int zeroB, unsigned long count, const unsigned int* fontIDs);
-/// 7. Takes back this process's activations of the fonts; they leave this process before it returns. `zero` is 0.
-/// An ID that this process didn't activate is passed over.
-TALWORTH_EXPORT ErrCode DeactivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs, int zero);
+TALWORTH_EXPORT ErrCode CreateTopLevelSet(FacadeRef, int* outSetID, const char* name, int workgroupID,
+                                          int zeroA, int zeroB, unsigned long count,
+                                          const unsigned int* fontIDs);
+/// 7. Takes back this process's activations of the fonts; they leave this process before it returns. `zero`
+/// is 0. An ID that this process didn't activate is passed over.
+TALWORTH_EXPORT ErrCode DeactivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
+                                        int zero);
 /// 8. Ends what InitThreadInstance() began. 0 also without an agent.
 TALWORTH_EXPORT ErrCode DestroyThreadInstance(FacadeRef);
 /// 9. Tells the agent that this process activates fonts for documents.
@@ -129,44 +134,47 @@ TALWORTH_EXPORT ErrCode EnableDesignActivation(FacadeRef);
 TALWORTH_EXPORT ErrCode ExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                     const char* destinationPath, int zeroA, int zeroB);
 /// 11. Appends the records of the font's family (later).
-TALWORTH_EXPORT ErrCode FindFontsInSameFamilyForActivation(CFDictionaryRef font, const unsigned int* workgroupIDs,
+TALWORTH_EXPORT ErrCode FindFontsInSameFamilyForActivation(CFDictionaryRef font,
+                                                           const unsigned int* workgroupIDs,
                                                            unsigned long workgroupCount,
                                                            CFMutableArrayRef outFonts);
 
-// --- 12 to 30: most are names of the agent's columns ----------------------------------------------------------
-// A string getter fills `buffer` with a fixed text and needs no agent. 0x05000000: null buffer; 0x0C000000: the
-// text and its ending zero don't fit `size`. The buffer is untouched then.
+// --- 12 to 30: most are names of the agent's columns
+// ---------------------------------------------------------- A string getter fills `buffer` with a fixed text
+// and needs no agent. 0x05000000: null buffer; 0x0C000000: the text and its ending zero don't fit `size`. The
+// buffer is untouched then.
 
 TALWORTH_EXPORT ErrCode GetActivationStateColumnID(char* buffer, unsigned long size);  ///< 12
-/// 13. The user's workgroups: records with "WorkgroupID", "WorkgroupName", "WorkgroupType". The first flag adds
-/// the System workgroup (type 4), the second a library of fonts of an online service when there is one. The array
-/// is mutable and the caller's to release.
-TALWORTH_EXPORT ErrCode GetAllWorkgroupsForUser(FacadeRef, CFArrayRef* outWorkgroups, bool includeSystemWorkgroup,
-                                                bool includeTypekitLibrary);
-/// 14. 1 when this library and the agent agree on protocol and database schema, else 0; the status is 0 for both.
+/// 13. The user's workgroups: records with "WorkgroupID", "WorkgroupName", "WorkgroupType". The first flag
+/// adds the System workgroup (type 4), the second a library of fonts of an online service when there is one.
+/// The array is mutable and the caller's to release.
+TALWORTH_EXPORT ErrCode GetAllWorkgroupsForUser(FacadeRef, CFArrayRef* outWorkgroups,
+                                                bool includeSystemWorkgroup, bool includeTypekitLibrary);
+/// 14. 1 when this library and the agent agree on protocol and database schema, else 0; the status is 0 for
+/// both.
 TALWORTH_EXPORT ErrCode GetAreSchemaVersionsInSync(FacadeRef, int* outInSync);
 /// 15. Adds a receiver of notifications. It stays over reconnects and resets. 0x09000000: it is registered.
 TALWORTH_EXPORT ErrCode RegisterForNotifications(FacadeRef, NotifyProc callback);
-/// 16. Takes a receiver away. When it returns the callback isn't running and won't run again, unless it is called
-/// from the callback itself. Needs no agent and takes any facade. 0x07000000: it isn't registered.
+/// 16. Takes a receiver away. When it returns the callback isn't running and won't run again, unless it is
+/// called from the callback itself. Needs no agent and takes any facade. 0x07000000: it isn't registered.
 TALWORTH_EXPORT ErrCode UnregisterForNotifications(FacadeRef, NotifyProc callback);
 TALWORTH_EXPORT ErrCode GetCanActivateAcrossWorkgroupsColumnID(char* buffer, unsigned long size);  ///< 17
 /// 18. For each ID 1 when a client of the agent, this process or another, activated the font, else 0.
 TALWORTH_EXPORT ErrCode GetClientFontActivationStates(unsigned long count, const unsigned int* fontIDs,
                                                       int* outStates);
-TALWORTH_EXPORT ErrCode GetDefaultLibraryName(char* buffer, unsigned long size);      ///< 19
-TALWORTH_EXPORT ErrCode GetExportFontsColumnID(char* buffer, unsigned long size);     ///< 20
-TALWORTH_EXPORT ErrCode GetFamilyGroupIDColumnID(char* buffer, unsigned long size);   ///< 21
-TALWORTH_EXPORT ErrCode GetFamilyGroupNameColumnID(char* buffer, unsigned long size); ///< 22
-TALWORTH_EXPORT ErrCode GetFamilyNameColumnID(char* buffer, unsigned long size);      ///< 23
-TALWORTH_EXPORT ErrCode GetFileSizeColumnID(char* buffer, unsigned long size);        ///< 24
-TALWORTH_EXPORT ErrCode GetFontFaceIDColumnID(char* buffer, unsigned long size);      ///< 25
-/// 26. The record of the font that `query` names by "DatabaseID" and may narrow by "WorkgroupID", looked for in
-/// the given workgroups (none or 0 among them: all). "ActivationStatus" holds the raw state; the keys derived
-/// from it are left to the caller. `outInfo` is the caller's to release. 0x07000000: no such font.
-TALWORTH_EXPORT ErrCode GetFontInfoByID(FacadeRef, const unsigned int* workgroupIDs, unsigned long workgroupCount,
-                                        CFDictionaryRef query, unsigned int* outID,
-                                        CFMutableDictionaryRef* outInfo);
+TALWORTH_EXPORT ErrCode GetDefaultLibraryName(char* buffer, unsigned long size);       ///< 19
+TALWORTH_EXPORT ErrCode GetExportFontsColumnID(char* buffer, unsigned long size);      ///< 20
+TALWORTH_EXPORT ErrCode GetFamilyGroupIDColumnID(char* buffer, unsigned long size);    ///< 21
+TALWORTH_EXPORT ErrCode GetFamilyGroupNameColumnID(char* buffer, unsigned long size);  ///< 22
+TALWORTH_EXPORT ErrCode GetFamilyNameColumnID(char* buffer, unsigned long size);       ///< 23
+TALWORTH_EXPORT ErrCode GetFileSizeColumnID(char* buffer, unsigned long size);         ///< 24
+TALWORTH_EXPORT ErrCode GetFontFaceIDColumnID(char* buffer, unsigned long size);       ///< 25
+/// 26. The record of the font that `query` names by "DatabaseID" and may narrow by "WorkgroupID", looked for
+/// in the given workgroups (none or 0 among them: all). "ActivationStatus" holds the raw state; the keys
+/// derived from it are left to the caller. `outInfo` is the caller's to release. 0x07000000: no such font.
+TALWORTH_EXPORT ErrCode GetFontInfoByID(FacadeRef, const unsigned int* workgroupIDs,
+                                        unsigned long workgroupCount, CFDictionaryRef query,
+                                        unsigned int* outID, CFMutableDictionaryRef* outInfo);
 /// 27. For each ID 1 when the font is active now, for whomever, else 0; an unknown ID is 0.
 TALWORTH_EXPORT ErrCode GetFontIsActivated(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                            int* outStates);
@@ -174,14 +182,16 @@ TALWORTH_EXPORT ErrCode GetFontLocationColumnID(char* buffer, unsigned long size
 TALWORTH_EXPORT ErrCode GetGlyphMarkChecksumColumnID(char* buffer, unsigned long size);  ///< 29
 TALWORTH_EXPORT ErrCode GetFontTypeColumnID(char* buffer, unsigned long size);           ///< 30
 
-// --- 31 to 55 ------------------------------------------------------------------------------------------------
+// --- 31 to 55
+// ------------------------------------------------------------------------------------------------
 
 /// 31. The folder of the agent's vault, also when the agent couldn't open it. 0x0C000000: doesn't fit.
 TALWORTH_EXPORT ErrCode GetFontVaultPath(FacadeRef, unsigned long size, char* buffer);
 TALWORTH_EXPORT ErrCode GetFontVersionColumnID(char* buffer, unsigned long size);  ///< 32
-/// 33. The IDs of the fonts with exactly this PostScript name in the workgroups, best first. `outCount` is the
-/// number written, at most `capacity`. No hit is success with a count of 0.
-TALWORTH_EXPORT ErrCode GetFontsByPostscriptName(FacadeRef, const char* name, const unsigned int* workgroupIDs,
+/// 33. The IDs of the fonts with exactly this PostScript name in the workgroups, best first. `outCount` is
+/// the number written, at most `capacity`. No hit is success with a count of 0.
+TALWORTH_EXPORT ErrCode GetFontsByPostscriptName(FacadeRef, const char* name,
+                                                 const unsigned int* workgroupIDs,
                                                  unsigned long workgroupCount, unsigned int* outIDs,
                                                  unsigned long capacity, unsigned int* outCount);
 /// 34. The same by family name.
@@ -200,32 +210,33 @@ TALWORTH_EXPORT ErrCode GetRunningStandalone(FacadeRef, int* outStandalone);
 TALWORTH_EXPORT ErrCode GetIsHornbeamFileColumnID(char* buffer, unsigned long size);           ///< 40
 TALWORTH_EXPORT ErrCode GetLegacyGlyphMarkChecksumColumnID(char* buffer, unsigned long size);  ///< 41
 TALWORTH_EXPORT ErrCode GetLocalPathColumnID(char* buffer, unsigned long size);                ///< 42
-/// 43. 1 when the permission named by a column may be used in the workgroup, or across all of them. An unknown
-/// column is 0.
+/// 43. 1 when the permission named by a column may be used in the workgroup, or across all of them. An
+/// unknown column is 0.
 TALWORTH_EXPORT ErrCode GetPermission(FacadeRef, bool acrossWorkgroups, const char* columnID, int workgroupID,
                                       int* outAllowed);
 /// 44. The facade, made when there is none. Never null, never blocks.
 TALWORTH_EXPORT FacadeRef GetPluginFacadeInstance(void);
-/// 45. Drops the facade and its connection; the next GetPluginFacadeInstance() makes a new one. Calls under way
-/// end with 0x0200200D. Receivers of notifications stay registered.
+/// 45. Drops the facade and its connection; the next GetPluginFacadeInstance() makes a new one. Calls under
+/// way end with 0x0200200D. Receivers of notifications stay registered.
 TALWORTH_EXPORT ErrCode ResetPluginFacadeInstance(void);
-TALWORTH_EXPORT ErrCode GetPostscriptNameColumnID(char* buffer, unsigned long size);   ///< 46
-TALWORTH_EXPORT ErrCode GetDisplayNameColumnID(char* buffer, unsigned long size);      ///< 47
-TALWORTH_EXPORT ErrCode GetScannedFoundryColumnID(char* buffer, unsigned long size);   ///< 48
-TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);          ///< 49 (later)
-TALWORTH_EXPORT ErrCode GetWorkgroupIDColumnID(char* buffer, unsigned long size);      ///< 50
-TALWORTH_EXPORT ErrCode GetWorkgroupNameColumnID(char* buffer, unsigned long size);    ///< 51
-TALWORTH_EXPORT ErrCode GetWorkgroupTypeColumnID(char* buffer, unsigned long size);    ///< 52
+TALWORTH_EXPORT ErrCode GetPostscriptNameColumnID(char* buffer, unsigned long size);  ///< 46
+TALWORTH_EXPORT ErrCode GetDisplayNameColumnID(char* buffer, unsigned long size);     ///< 47
+TALWORTH_EXPORT ErrCode GetScannedFoundryColumnID(char* buffer, unsigned long size);  ///< 48
+TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);         ///< 49 (later)
+TALWORTH_EXPORT ErrCode GetWorkgroupIDColumnID(char* buffer, unsigned long size);     ///< 50
+TALWORTH_EXPORT ErrCode GetWorkgroupNameColumnID(char* buffer, unsigned long size);   ///< 51
+TALWORTH_EXPORT ErrCode GetWorkgroupTypeColumnID(char* buffer, unsigned long size);   ///< 52
 /// 53. Sets up this side: which host this is (0 other, 2, 3, 4, 5, 7), told to the agent when connecting. An
 /// agent that can't be reached is no failure here: GetIsCoreAgentProcessRunning() is what tells. `zero` is 0.
 /// 0x0E000000: agent and library don't agree on protocol or schema.
 TALWORTH_EXPORT ErrCode InitAppInstance(FacadeRef, int hostType, int zero);
-/// 54. Begins work with the agent. 0x02002005: no agent process; 0x03002005: the agent is there but can't serve;
-/// 0x01002008: the vault can't be used; 0x02002008: another agent holds the vault.
+/// 54. Begins work with the agent. 0x02002005: no agent process; 0x03002005: the agent is there but can't
+/// serve; 0x01002008: the vault can't be used; 0x02002008: another agent holds the vault.
 TALWORTH_EXPORT ErrCode InitThreadInstance(FacadeRef);
-TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);    ///< 55 (later)
+TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);  ///< 55 (later)
 
-// --- 56 to 84 ------------------------------------------------------------------------------------------------
+// --- 56 to 84
+// ------------------------------------------------------------------------------------------------
 
 /// 56. Appends the text to the log of BeginLogging() as it is. Needs no agent. 0x11000000: no log was begun.
 TALWORTH_EXPORT ErrCode Log(FacadeRef, const char* text);
@@ -237,30 +248,32 @@ TALWORTH_EXPORT ErrCode OSDoesDirectoryExist(FacadeRef, const char* path);
 /// 59. Activates fonts for this process alone. `zero` is 0. Codes as entry 1.
 TALWORTH_EXPORT ErrCode PreviewActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                              int zero);
-TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);              ///< 60 (later)
-TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);                ///< 61 (later)
-TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);                 ///< 62 (later)
+TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);  ///< 60 (later)
+TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);    ///< 61 (later)
+TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);     ///< 62 (later)
 /// 63. 1 when the library of Google fonts is on.
 TALWORTH_EXPORT ErrCode GetIsGoogleWebFontsEnabled(FacadeRef, int* outEnabled);
-TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);                   ///< 64 (later)
-TALWORTH_EXPORT ErrCode GetRenderedPNGsDirectory(FacadeRef, char* buffer, unsigned long size);  ///< 65 (later)
+TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);  ///< 64 (later)
+TALWORTH_EXPORT ErrCode GetRenderedPNGsDirectory(FacadeRef, char* buffer,
+                                                 unsigned long size);  ///< 65 (later)
 /// 66. Draws previews of font names; each comes as notification 17 (later).
 TALWORTH_EXPORT ErrCode RenderFontNamePreviewPNGs(FacadeRef, unsigned long highPriorityCount,
                                                   const unsigned int* highPriorityIDs, unsigned long count,
-                                                  const unsigned int* fontIDs, unsigned int smartListID, int c14,
-                                                  int c400, int c30, int c1);
-TALWORTH_EXPORT ErrCode RenameSmartList(FacadeRef, unsigned int smartListID, const char* name);  ///< 67 (later)
-TALWORTH_EXPORT ErrCode DeleteSmartList(FacadeRef, unsigned int smartListID);                    ///< 68 (later)
+                                                  const unsigned int* fontIDs, unsigned int smartListID,
+                                                  int c14, int c400, int c30, int c1);
+TALWORTH_EXPORT ErrCode RenameSmartList(FacadeRef, unsigned int smartListID,
+                                        const char* name);                     ///< 67 (later)
+TALWORTH_EXPORT ErrCode DeleteSmartList(FacadeRef, unsigned int smartListID);  ///< 68 (later)
 TALWORTH_EXPORT ErrCode GetSmartList(FacadeRef, unsigned int smartListID,
-                                     CFMutableDictionaryRef outList);                            ///< 69 (later)
+                                     CFMutableDictionaryRef outList);  ///< 69 (later)
 TALWORTH_EXPORT ErrCode GetPanelSmartListTree(FacadeRef, unsigned int smartListID,
-                                              CFMutableStringRef outTree);                       ///< 70 (later)
+                                              CFMutableStringRef outTree);  ///< 70 (later)
 /// 71. The IDs of the fonts that a query of workgroups, sets and smart sets finds (later).
 TALWORTH_EXPORT ErrCode QueryForSmartListFonts(FacadeRef, unsigned long workgroupCount,
                                                const unsigned int* workgroupIDs, unsigned long setCount,
                                                const unsigned int* setIDs, unsigned long smartSetCount,
                                                const unsigned int* smartSetIDs, CFMutableArrayRef outFontIDs);
-TALWORTH_EXPORT ErrCode GetAllSmartLists(FacadeRef, CFMutableArrayRef outLists);                 ///< 72 (later)
+TALWORTH_EXPORT ErrCode GetAllSmartLists(FacadeRef, CFMutableArrayRef outLists);  ///< 72 (later)
 /// 73. Makes a smart list of a query (later).
 TALWORTH_EXPORT ErrCode CreateSmartList(FacadeRef, const char* name, unsigned long workgroupCount,
                                         const unsigned int* workgroupIDs, unsigned long setCount,
@@ -272,23 +285,28 @@ TALWORTH_EXPORT ErrCode SetSmartListQuery(FacadeRef, unsigned int smartListID, u
                                           const unsigned int* setIDs, unsigned long smartSetCount,
                                           const unsigned int* smartSetIDs);
 TALWORTH_EXPORT ErrCode GetSmartListFonts(FacadeRef, unsigned int smartListID,
-                                          CFMutableArrayRef outFonts);                           ///< 75 (later)
-/// 76. Ends the library's work in this process: no callback runs after it, its threads have ended, the process's
-/// own fonts are taken out again. Not from a callback. Always 0. A later GetPluginFacadeInstance() begins anew.
+                                          CFMutableArrayRef outFonts);  ///< 75 (later)
+/// 76. Ends the library's work in this process: no callback runs after it, its threads have ended, the
+/// process's own fonts are taken out again. Not from a callback. Always 0. A later GetPluginFacadeInstance()
+/// begins anew.
 TALWORTH_EXPORT ErrCode CleanUpOnShutdown(FacadeRef);
 /// 77. For each ID the ID of another active font of the same PostScript name, else 0 (later).
 TALWORTH_EXPORT ErrCode GetFontConflicts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                          unsigned int* outConflicts);
-TALWORTH_EXPORT ErrCode TrackFontPanelClick(FacadeRef, unsigned int fontID, const char* version);  ///< 78 (later)
+TALWORTH_EXPORT ErrCode TrackFontPanelClick(FacadeRef, unsigned int fontID,
+                                            const char* version);  ///< 78 (later)
 /// 79. A flag, not a code: 1 when Google fonts may be reached. 0 until then (later).
 TALWORTH_EXPORT int CanAccessGoogleFonts(FacadeRef);
-/// 80. Tells the agent which fonts a document uses, in one call. `fonts` may be null (none); `hostDisplayName`
-/// and `hostCategory` may be null (empty).
+/// 80. Tells the agent which fonts a document uses, in one call. `fonts` may be null (none);
+/// `hostDisplayName` and `hostCategory` may be null (empty).
 TALWORTH_EXPORT ErrCode SaveDocumentFonts(FacadeRef, const char* path, const char* hostDisplayName,
                                           const char* hostCategory, CFArrayRef fonts);
-TALWORTH_EXPORT ErrCode GetFontUsage(FacadeRef, const char* path, CFMutableArrayRef outFonts);        ///< 81 (later)
-TALWORTH_EXPORT ErrCode GetAdobeXMPData(FacadeRef, const char* path, CFMutableArrayRef outFonts);     ///< 82 (later)
-TALWORTH_EXPORT ErrCode GetGlyphMarkXMPData(FacadeRef, const char* path, CFMutableArrayRef outFonts); ///< 83 (later)
-TALWORTH_EXPORT ErrCode WriteFontUsage(FacadeRef, const char* path, CFArrayRef fonts);                ///< 84 (later)
+TALWORTH_EXPORT ErrCode GetFontUsage(FacadeRef, const char* path,
+                                     CFMutableArrayRef outFonts);  ///< 81 (later)
+TALWORTH_EXPORT ErrCode GetAdobeXMPData(FacadeRef, const char* path,
+                                        CFMutableArrayRef outFonts);  ///< 82 (later)
+TALWORTH_EXPORT ErrCode GetGlyphMarkXMPData(FacadeRef, const char* path,
+                                            CFMutableArrayRef outFonts);                ///< 83 (later)
+TALWORTH_EXPORT ErrCode WriteFontUsage(FacadeRef, const char* path, CFArrayRef fonts);  ///< 84 (later)
 
 }  // extern "C"
