@@ -4,8 +4,9 @@
 #include "IPMUnknown.h"
 #include "UID.h"
 
-/// The store of one document's objects. It lives while its document is open; references to it are not
-/// counted.
+/// The store of one document's objects. References to it are not counted: it lives from before the document's
+/// first signal until its after-close signal has been answered. By then the objects are gone, and asking for
+/// one gives null.
 class IDataBase {
  public:
   virtual ~IDataBase() = default;
