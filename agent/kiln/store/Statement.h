@@ -1,0 +1,65 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+struct sqlite3_stmt;
+
+namespace kiln {
+
+class Database;
+
+/// One prepared statement, kept for many runs. Values only ever come in by binding.
+///
+/// A run is: Start() with all values, then Next() while it gives rows, reading the columns in between. Run()
+/// does both for a statement without rows. A statement that couldn't be prepared fails in every run.
+class Statement {
+ public:
+  Statement(Database& database, const char* sql);
+  ~Statement();
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  /// Texts must live until the run is over. std::nullopt binds NULL.
+  template <class... Values>
+  void Start(const Values&... values) {
+    Reset();
+    int index = 0;
+    (Bind(++index, values), ...);
+  }
+  /// \return True with a row. False at the end and on failure; Failed() tells them apart.
+  bool Next();
+  bool Failed() const { return mFailed; }
+
+  /// \return False on failure; Database::Error() then says why.
+  template <class... Values>
+  bool Run(const Values&... values) {
+    Start(values...);
+    while (Next()) continue;
+    Reset();
+    return !mFailed;
+  }
+
+  int64_t Number(int column) const;
+  std::string Text(int column) const;
+  bool IsNull(int column) const;
+
+ private:
+  void Reset();
+  template <std::integral Number>
+  void Bind(int index, Number number) {
+    BindNumber(index, static_cast<int64_t>(number));
+  }
+  void Bind(int index, std::string_view text);
+  void Bind(int index, std::nullopt_t) { BindNull(index); }
+  void BindNumber(int index, int64_t number);
+  void BindNull(int index);
+
+  sqlite3_stmt* mStatement = nullptr;
+  bool mFailed = false;
+};
+
+}  // namespace kiln

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+namespace kiln {
+
+/// Holds a file locked (flock) for the life of the object; the lock goes with the process however that ends.
+/// The file stays, since removing it would let two processes lock two files of one name.
+class LockFile {
+ public:
+  LockFile() = default;
+  ~LockFile();
+  LockFile(const LockFile&) = delete;
+  LockFile& operator=(const LockFile&) = delete;
+
+  /// Doesn't wait.
+  /// \return 0; EWOULDBLOCK when another process holds it; or another errno.
+  int Take(const std::string& path);
+
+ private:
+  int mFile = -1;
+};
+
+}  // namespace kiln
