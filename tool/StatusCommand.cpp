@@ -1,0 +1,57 @@
+#include "StatusCommand.h"
+
+#include <cstdio>
+
+#include "Complaint.h"
+#include "ExitCodes.h"
+#include "JsonText.h"
+#include "KilnLibrary.h"
+#include "Utf8Text.h"
+
+namespace {
+
+void PrintRunning(const KilnLibrary::Status& status, bool asJson) {
+  if (asJson) {
+    JsonText json;
+    json.BeginObject();
+    json.Key("running").Boolean(true);
+    json.Key("version").String(status.version);
+    json.Key("processID").String(status.processID);
+    json.Key("vault").String(status.vaultPath);
+    json.Key("fonts").Integer(static_cast<long long>(status.fontCount));
+    json.Key("activeFonts").Integer(static_cast<long long>(status.activeFontCount));
+    json.EndObject();
+    std::puts(json.Text().c_str());
+    return;
+  }
+  std::printf("Kiln %s is running (process %s).\n", status.version.c_str(), status.processID.c_str());
+  std::printf("Vault:  %s\n", PrintableText(status.vaultPath).c_str());
+  std::printf("Fonts:  %lu in the library, %lu active\n", status.fontCount, status.activeFontCount);
+}
+
+void PrintNotRunning(bool asJson) {
+  std::puts(asJson ? JsonText().BeginObject().Key("running").Boolean(false).EndObject().Text().c_str()
+                   : "Kiln isn't running; it starts when a document or the library needs it.");
+}
+
+}  // namespace
+
+int RunStatus(const StatusOptions& options) {
+  if (!KilnLibrary::IsKilnRunning()) {
+    PrintNotRunning(options.json);
+    return kExitOk;
+  }
+  std::string problem;
+  const std::unique_ptr<KilnLibrary> library = KilnLibrary::Open(KilnLibrary::Launch::kNever, problem);
+  if (!library) {
+    Complain(problem);
+    return kExitFailed;
+  }
+  KilnLibrary::Status status;
+  if (const ErrCode code = library->GetStatus(status)) {
+    ComplainOfCode("Kiln doesn't say how it is", code);
+    return kExitFailed;
+  }
+  PrintRunning(status, options.json);
+  return kExitOk;
+}
