@@ -19,7 +19,7 @@ class GConfigurationFile {
   /// \return the code of GFile::Open() or of the read, with `outMap` untouched.
   static TErrCode ParseFile(const GFileSystemSpec& spec, std::map<std::string, std::string>& outMap);
 
-  /// \return 0.
+  /// \return 0; no text is an error.
   static TErrCode ParseString(const std::string& text, std::map<std::string, std::string>& outMap);
 
   static char GetKeyValueDelimiter() { return '='; }

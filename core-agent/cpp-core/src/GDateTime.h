@@ -45,6 +45,7 @@ class GDateTime : public GDateTimeCodes {
   /// "YYYY-MM-DD", with the time "YYYY-MM-DDThh:mm:ss.mmmZ".
   std::string GetAsISO8601String(bool includeTime) const;
 
+  /// To the second; the millisecond is 0.
   static SDateTime OSGetCurrentDateTimeUTC();
 
  private:

@@ -28,7 +28,7 @@ class GFileSystem : public GFileSystemCodes {
   /// The current directory; empty when it has been removed.
   static std::string OSGetCWD();
 
-  /// \return kDirectoryNotFound, with `outSpec` untouched, for a user without one.
+  /// \return CoreErrorCodes::kInvalidParam, with `outSpec` untouched, for a home that is no valid path.
   static TErrCode OSGetUsersHomeDirectory(GFileSystemSpec& outSpec);
 
   /// Expands a tilde and resolves the symbolic links along the path, as far as the path exists.
@@ -37,16 +37,12 @@ class GFileSystem : public GFileSystemCodes {
   /// \return empty after 40 links, which is a cycle in all likelihood.
   static std::string OSExpandPath(const std::string& path);
 
-  /// The folder of a domain: for the library, "/usr/local/share" below the system root in the local domain,
-  /// and $XDG_DATA_HOME ("~/.local/share" when unset or relative) in the user's, by the XDG base directory
-  /// rules.
+  /// The folder of a domain (System/StandardFolders.h): for the library, "/usr/local/share" below the system
+  /// root in the local domain, $XDG_DATA_HOME in the user's.
   ///
-  /// \param create  Makes the folder when it is missing.
-  /// \return kDirectoryNotFound, with `outSpec` untouched, when there is no such folder to name or it can't
-  ///         be made. Without `create` the folder need not exist.
+  /// \param create  Makes the folder when it is missing; otherwise it need not exist.
+  /// \return kDirectoryNotFound, with `outSpec` untouched, when it can't be made;
+  /// CoreErrorCodes::kInvalidParam
+  ///         when it is no valid path.
   static TErrCode FindDirectory(EDomain domain, EDirectory directory, bool create, GFileSystemSpec& outSpec);
-
-  /// Where a fixed place such as "/Library/Frameworks" lies: below $PLATFORM_SYSTEM_ROOT, which is empty on a
-  /// user's machine and set in private homes.
-  static std::string OSPathInSystemRoot(const std::string& path);
 };

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Memory/RetainPtr.h"
+#include "Memory/CFVector.h"
 
 /// Getters and setters on property dictionaries in which every scalar is a string: numbers as decimal text,
 /// booleans as "1" or "0".
@@ -37,9 +37,13 @@ void PutBoolIntoDictAsString(CFMutableDictionaryRef dict, CFStringRef key, bool 
 void PutStringIntoDict(CFMutableDictionaryRef dict, CFStringRef key, std::string_view value);
 
 /// The text of a string as UTF-8; empty for null and for any other type.
-std::string GetStdString(CFTypeRef string);
+inline std::string GetStdString(CFTypeRef string) {
+  return ToStdString(string);
+}
 
 /// A new string; null for text that isn't UTF-8.
-RetainPtr<CFStringRef> CreateString(std::string_view utf8);
+inline RetainPtr<CFStringRef> CreateString(std::string_view utf8) {
+  return ToCFString(utf8);
+}
 
 }  // namespace XCFUtils
