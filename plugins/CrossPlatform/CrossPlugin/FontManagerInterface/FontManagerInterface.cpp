@@ -10,6 +10,11 @@ std::atomic<FontManagerInterface*> FontManagerInterface::sm_pFontManager{nullptr
 bool FontManagerInterface::sValidWorkgroupSelected = true;
 bool FontManagerInterface::sSelectWorkgroupInProgress = false;
 
+FontManagerInterface* FontManagerInterface::GetConnectedFontManager() {
+  FontManagerInterface* manager = GetFontManager();
+  return manager && manager->IsFontManagerConnected() ? manager : nullptr;
+}
+
 bool FontManagerInterface::ConnectedToHornbeam() {
   return false;
 }

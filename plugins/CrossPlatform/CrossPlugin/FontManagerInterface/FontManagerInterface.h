@@ -160,6 +160,9 @@ class FontManagerInterface {
   /// The one live manager, or null. Every caller tests for null. Any thread, no lock.
   static FontManagerInterface* GetFontManager() { return sm_pFontManager; }
 
+  /// The one live manager while it is connected, else null.
+  static FontManagerInterface* GetConnectedFontManager();
+
   /// Makes the manager on the first call that finds the client library, and says whether it runs and fits.
   ///
   /// \param outPluginName  Receives kHornbeamStudioPlugin or kSycamorePlugin. May be null; untouched when no

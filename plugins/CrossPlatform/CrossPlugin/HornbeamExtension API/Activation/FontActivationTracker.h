@@ -11,6 +11,7 @@
 #include "Activation/Vocabulary/SFontRecord.h"
 #include "GMutex.h"
 
+class FontManagerInterface;
 class LoomInterface;
 
 /// Counts which open document caused which font to be active, so that a font goes away with the last document
@@ -43,6 +44,12 @@ class FontActivationTracker {
   /// A fresh UUID in its canonical text, 36 characters. Should the platform give none, one arbitrary
   /// character.
   static std::string GenerateUniqueIdentifier();
+
+  /// Writes the text of a fresh UUID into a buffer; false when there is none.
+  using UUIDTextProc = bool (*)(char* buffer, CFIndex size);
+
+  /// For tests: another source of UUIDs for GenerateUniqueIdentifier(); null for the platform's.
+  static void SetUUIDTextProcForTesting(UUIDTextProc proc);
 
   /// Has the font manager match and activate a document's fonts, and registers every matched one.
   ///
@@ -113,12 +120,14 @@ class FontActivationTracker {
 
   void RegisterMatchedRecords(CFArrayRef records, const std::string& identifier);
   void RegisterMatchedRecord(CFDictionaryRef record, CFIndex index, const std::string& identifier);
-  int CloseFontsAtAgent(const std::vector<uint32_t>& fontIDs, bool bDeactivateClosedFonts,
-                        const ClientStates& states, CFMutableArrayRef fontsDeactivated);
-  int CloseFontsOneByOne(const std::vector<uint32_t>& fontIDs, bool bDeactivateClosedFonts,
-                         CFMutableArrayRef fontsDeactivated);
-  int CloseEveryFontAtAgent(bool bDeactivateClosedFonts, const ClientStates& states);
-  int CloseEveryFontOneByOne(bool bDeactivateClosedFonts);
+  int CloseFontsAtAgent(FontManagerInterface& manager, const std::vector<uint32_t>& fontIDs,
+                        bool bDeactivateClosedFonts, const ClientStates& states,
+                        CFMutableArrayRef fontsDeactivated);
+  int CloseFontsOneByOne(FontManagerInterface& manager, const std::vector<uint32_t>& fontIDs,
+                         bool bDeactivateClosedFonts, CFMutableArrayRef fontsDeactivated);
+  int CloseEveryFontAtAgent(FontManagerInterface& manager, bool bDeactivateClosedFonts,
+                            const ClientStates& states);
+  int CloseEveryFontOneByOne(FontManagerInterface& manager, bool bDeactivateClosedFonts);
   void ReleaseAllFonts();
 
   GMutex m_Mutex;

@@ -97,6 +97,12 @@ class HornbeamGlobals {
   /// framework is up is the object's own IsValid().
   static LoomInterface* GetSharedLoomInterface();
 
+  /// For tests: puts an interface, such as one over a fake framework, in the place of the shared one.
+  ///
+  /// \return What stood there.
+  static std::unique_ptr<LoomInterface> ReplaceSharedLoomInterfaceForTesting(
+      std::unique_ptr<LoomInterface> loomInterface);
+
   /// The shared tracker, made on first call with the shared LoomInterface.
   static FontActivationTracker* GetSharedFontActivationTracker();
 
