@@ -6,8 +6,8 @@
 ///
 /// Where the core lies isn't built in: the installer leaves a launch information file,
 /// `<domain folder>/Talworth/com.talworth.Kiln-LaunchInfo.conf` (GConfigurationFile's syntax), in the local
-/// domain or else in the user's. Its `kiln.path` is the full path of the executable, `kiln.args` the one
-/// argument that it is started with.
+/// domain or else in the user's. Its `kiln.path` is the full path of the executable, `kiln.args`, if any, the
+/// one argument that it is started with.
 ///
 /// Thread: main. FindAndLaunchKiln() runs the run loop while it waits, so that timers and signals of the host
 /// are served, and what they call can re-enter the caller.

@@ -27,7 +27,7 @@ extern std::atomic<bool> sLoggingStarted;
 /// Sets sLoggingStarted and, when a trace file is named, opens it at its end.
 void StartLogging();
 
-/// Clears sLoggingStarted and closes the file.
+/// Clears sLoggingStarted. The file stays open, since other threads may be writing to it.
 void StopLogging();
 
 namespace DebugUtils {

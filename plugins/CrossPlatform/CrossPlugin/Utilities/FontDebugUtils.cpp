@@ -1,0 +1,3 @@
+#include "Utilities/FontDebugUtils.h"
+
+void FontDebugUtils::DumpFontNames(CFArrayRef, const char*) {}

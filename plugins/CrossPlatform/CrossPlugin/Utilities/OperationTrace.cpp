@@ -1,0 +1,26 @@
+#include "Utilities/OperationTrace.h"
+
+#include <cstdarg>
+
+#include "Utilities/DebugUtils.h"
+#include "Utilities/TraceLine.h"
+
+OperationTrace::OperationTrace(const char* operation, const char* format, ...) : m_operation(operation) {
+  va_list args;
+  va_start(args, format);
+  TraceLine(1, format, args);
+  va_end(args);
+}
+
+OperationTrace::~OperationTrace() {
+  if (m_isOpen) OutputIndentedAndFormattedString(-1, "Exiting %s()", m_operation);
+}
+
+void OperationTrace::Exiting(const char* format, ...) {
+  if (!m_isOpen) return;
+  m_isOpen = false;
+  va_list args;
+  va_start(args, format);
+  TraceLine(-1, format, args);
+  va_end(args);
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <cstdarg>
+
+/// The core of OutputIndentedAndFormattedString(), for functions that have the arguments as a va_list.
+int TraceLine(int indentChange, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
