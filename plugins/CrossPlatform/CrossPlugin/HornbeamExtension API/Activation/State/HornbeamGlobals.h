@@ -29,6 +29,8 @@ class HornbeamGlobals {
   /// The one question "may the plug-in work": services enabled, logged in, and the user has a workgroup.
   static bool ArePluginServicesEnabled();
 
+  /// The flag of SetPluginServicesEnabled() alone, whatever login and workgroups say.
+  static bool PluginServicesEnabled() { return sPluginServicesEnabled; }
   static bool ConnectedToCore() { return sConnectedToCore; }
   static bool LoggedIn() { return sLoggedIn; }
   static bool UserHasWorkgroups() { return sUserHasWorkgroups; }
