@@ -156,10 +156,12 @@ class CoreAgentInterface : public FontManagerInterface {
                            std::vector<unsigned int>& refusedIDs);
   void ReportInitializationError(unsigned int status);
   void CheckAgentHealth();
-  template <typename Lookup>
-  int FontIDsForName(const std::string& name, long workgroupID, unsigned long capacity, Lookup lookup,
+  template <unsigned long kCapacity, typename Lookup>
+  int FontIDsForName(const std::string& name, long workgroupID, Lookup lookup,
                      std::vector<unsigned long>& outIDs);
-  bool IsAllWorkgroupsOrNone(long workgroupID);
+  int FontIDsForNameOfType(const std::string& name, TypeOfFontName type, long workgroupID,
+                           std::vector<unsigned long>& outIDs);
+  void AppendAllWorkgroupsRecord(CFMutableArrayRef workgroups);
 
   std::shared_ptr<CoreAgentPluginNotificationQueue> m_queue;
   time_t lastCoreAgentCheckTime = 0;
