@@ -8,10 +8,12 @@
 #include "GScopedLock.h"
 #include "HBIndesignPluginGlobals.h"
 #include "HornbeamID.h"
+#include "HostCall.h"
 #include "IDThreading.h"
 #include "IIdleTask.h"
 #include "InterfacePtr.h"
 #include "Utilities/DebugUtils.h"
+#include "Utilities/OperationTrace.h"
 
 namespace {
 
@@ -31,25 +33,31 @@ void EmptyFromTheBack(std::vector<T>& list) {
 GMutex AppStartupShutdownResponder::msMutex;
 
 void AppStartupShutdownResponder::Startup() {
-  OutputIndentedAndFormattedString(1, "Entering AppStartupShutdownResponder::Startup()");
+  const OperationTrace trace("AppStartupShutdownResponder::Startup", "Entering %s()",
+                             "AppStartupShutdownResponder::Startup");
   GScopedLock lock(msMutex, true, new GBlockingLockStrategy);
-  if (lock.IsLocked()) {
+  if (!lock.IsLocked()) {
+    return;
+  }
+  HostCall("AppStartupShutdownResponder::Startup", [] {
     CommonFunctionality::Startup(IDThreading::IsMainThreadDomain());
     CommonFunctionality::InitializeCommonPreferences();
     if (InterfacePtr<IIdleTask> task(GetExecutionContextSession(), IID_IHORNBEAMIDLETASK); task) {
       task->InstallTask(kFirstIdleDelay);
     }
-  }
-  OutputIndentedAndFormattedString(-1, "Exiting AppStartupShutdownResponder::Startup()");
+  });
 }
 
 void AppStartupShutdownResponder::Shutdown() {
   GScopedLock lock(msMutex, true, new GBlockingLockStrategy);
-  OutputIndentedAndFormattedString(1, "Entering AppStartupShutdownResponder::Shutdown()");
+  const OperationTrace trace("AppStartupShutdownResponder::Shutdown", "Entering %s()",
+                             "AppStartupShutdownResponder::Shutdown");
   if (lock.IsLocked()) {
-    CommonFunctionality::Shutdown();
+    HostCall("AppStartupShutdownResponder::Shutdown", [] {
+      CommonFunctionality::Shutdown();
+      HBIndesignPluginGlobals::CleanUpOnShutdown();
+    });
   }
-  OutputIndentedAndFormattedString(-1, "Exiting AppStartupShutdownResponder::Shutdown()");
 }
 
 void AppStartupShutdownResponder::ReleaseGlobalMemory(short bDeleteActivationList) {

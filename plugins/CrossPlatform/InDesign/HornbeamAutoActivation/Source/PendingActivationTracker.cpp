@@ -2,32 +2,26 @@
 
 #include <string>
 
-#include "Activation/Vocabulary/FontRecordKeys.h"
+#include "Activation/Vocabulary/FontRecord.h"
 #include "FontManagerInterface/FontManagerInterface.h"
 #include "HBInDesignUtils.h"
+#include "Memory/CFVector.h"
 #include "Utilities/DebugUtils.h"
-#include "XCFUtils.h"
 
 namespace {
 
-CFDictionaryRef RecordAt(CFArrayRef fonts, CFIndex index) {
-  return dynamicCF<CFDictionaryRef>(CFArrayGetValueAtIndex(fonts, index));
-}
-
 int RemoveIdenticalFontFromArray(CFDictionaryRef font, CFMutableArrayRef array) {
-  if (font == nullptr || array == nullptr) {
+  CFStringRef name = FontRecord::GetPostScriptName(font);
+  if (name == nullptr || array == nullptr) {
     return 0;
   }
-  const std::string name = XCFUtils::GetStringFromDict(font, kGM_PostScriptNameKey);
-  if (name.empty()) {
-    return 0;
-  }
-  const unsigned long id = XCFUtils::GetULongFromDictString(font, kGM_DatabaseIDKey);
+  const uint32_t id = FontRecord::GetDatabaseID(font);
   for (CFIndex i = 0; i < CFArrayGetCount(array); ++i) {
-    CFDictionaryRef other = RecordAt(array, i);
+    CFDictionaryRef other = FontRecord::At(array, i);
+    CFStringRef otherName = FontRecord::GetPostScriptName(other);
     // A font without an ID goes by its name alone.
-    if (XCFUtils::GetStringFromDict(other, kGM_PostScriptNameKey) == name &&
-        (id == 0 || XCFUtils::GetULongFromDictString(other, kGM_DatabaseIDKey) == id)) {
+    if (otherName != nullptr && CFEqual(name, otherName) &&
+        (id == 0 || FontRecord::GetDatabaseID(other) == id)) {
       CFArrayRemoveValueAtIndex(array, i);
       return 1;
     }
@@ -42,7 +36,7 @@ int RemoveConflictingFonts(CFArrayRef fonts, CFMutableArrayRef pending) {
   }
   int removed = 0;
   for (CFIndex i = 0; i < CFArrayGetCount(fonts) && CFArrayGetCount(pending) > 0; ++i) {
-    removed += RemoveIdenticalFontFromArray(RecordAt(fonts, i), pending);
+    removed += RemoveIdenticalFontFromArray(FontRecord::At(fonts, i), pending);
   }
   return removed;
 }
@@ -73,7 +67,7 @@ PendingActivationTracker::PendingActivationTracker(int nMaxRetries) : m_nMaxRetr
 
 CFMutableArrayRef PendingActivationTracker::GetPendingDeactivatedFonts() {
   if (!m_PendingDeactivatedFonts) {
-    m_PendingDeactivatedFonts = adoptCF(CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks));
+    m_PendingDeactivatedFonts = MakeArray();
   }
   return m_PendingDeactivatedFonts.get();
 }
@@ -136,9 +130,9 @@ bool PendingActivationTracker::CheckPendingActivationChanges(bool activation) {
     if (i >= CFArrayGetCount(pending.get())) {
       continue;
     }
-    const RetainPtr<CFDictionaryRef> font = retainCF(RecordAt(pending.get(), i));
-    const std::string name = XCFUtils::GetStringFromDict(font.get(), kGM_PostScriptNameKey);
-    if (name.empty() || XCFUtils::GetULongFromDictString(font.get(), kGM_DatabaseIDKey) == 0) {
+    const RetainPtr<CFDictionaryRef> font = retainCF(FontRecord::At(pending.get(), i));
+    const std::string name = ToStdString(FontRecord::GetPostScriptName(font.get()));
+    if (name.empty() || FontRecord::GetDatabaseID(font.get()) == 0) {
       continue;
     }
     const bool available = HBInDesignUtils::HostHasFont(*fontMgr.get(), name);
