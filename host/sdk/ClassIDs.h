@@ -5,6 +5,9 @@
 /// The session: one a process. A plug-in may add interfaces of its own to it.
 constexpr ClassID kSessionBoss = 1;
 
+/// A document. A plug-in may add interfaces of its own to every one, also such as are kept in the file.
+constexpr ClassID kDocBoss = 2;
+
 /// Command: works out anew what a document's used-font list and the menus made from it hold. Its item list
 /// is the used-font list.
 constexpr ClassID kRebuildUsedFontListCmdBoss = 15883;

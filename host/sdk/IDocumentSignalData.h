@@ -16,7 +16,7 @@ class IDocumentSignalData : public IPMUnknown {
     kFullUI = 2,      ///< Every alert; how each signal starts.
   };
 
-  /// The document. Before the open it exists already, but has no content.
+  /// The document. Before the open it exists already, with its links; afterwards the reference names nothing.
   virtual UIDRef GetDocument() const = 0;
 
   /// The file that is being opened or written; empty for a document without one.

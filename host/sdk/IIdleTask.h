@@ -13,6 +13,9 @@ class IIdleTask : public IPMUnknown {
   static constexpr uint32 kNeverAgain = 0xFFFFFFFF;    ///< The task is removed.
   static constexpr uint32 kOnFlagChange = 0xFFFFFFFE;  ///< Run again when the application's flags change.
 
+  /// A bit of the application's flags: the user is at work, say opening or closing a document.
+  static constexpr uint32 kUserActive = 0x00000002;
+
   /// \param appFlags  What the application is doing.
   /// \param timer  Lives for the call.
   /// \return Milliseconds to the next run, or one of the values above.

@@ -2,7 +2,8 @@
 
 #include "BaseType.h"
 
-/// The bytes of one object of a document on their way in or out: the same calls read and write.
+/// The bytes of one object of a document on their way in or out: the same calls read and write. Numbers are
+/// kept with their lowest byte first.
 class IPMStream {
  public:
   virtual ~IPMStream() = default;
