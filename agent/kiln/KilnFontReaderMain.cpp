@@ -1,0 +1,5 @@
+#include "kiln/reader/FontReaderProgram.h"
+
+int main(int argc, char** argv) {
+  return kiln::RunFontReader(argc, argv);
+}
