@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,8 +19,15 @@ class FontSystem {
   /// Takes files of AddFiles() away again. Others are passed over.
   virtual void RemoveFiles(const std::vector<std::string>& files) = 0;
 
+  /// As RemoveFiles(), but changes nothing that the host may be using: the files go with the next Reload().
+  virtual void ForgetFiles(const std::vector<std::string>& files) = 0;
+
   /// Reads the system's font folders anew and keeps the added files. For a thread other than the host's.
   virtual void Reload() = 0;
+
+  /// How many of the files are among the fonts of the system's font folders, as far as this process
+  /// has read them.
+  virtual std::size_t CountInFolders(const std::set<std::string>& files) = 0;
 
   /// Whether what the process sees is older than the font folders, or has lost the added files. Costs a stat
   /// a folder.

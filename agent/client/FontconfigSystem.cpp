@@ -1,5 +1,7 @@
 #include "client/FontconfigSystem.h"
 
+#include <filesystem>
+#include <unordered_set>
 #include <utility>
 
 static_assert(FC_VERSION >= 21400, "before 2.14 FcConfigSetCurrent() takes over the caller's reference");
@@ -88,6 +90,11 @@ void FontconfigSystem::RemoveFiles(const std::vector<std::string>& files) {
   }
 }
 
+void FontconfigSystem::ForgetFiles(const std::vector<std::string>& files) {
+  std::scoped_lock lock(mMutex);
+  for (const std::string& file : files) mFiles.erase(file);
+}
+
 void FontconfigSystem::Reload() {
   Config fresh(FcInitLoadConfigAndFonts());
   if (fresh == nullptr) return;
@@ -99,6 +106,21 @@ void FontconfigSystem::Reload() {
   mReplaced = std::move(replaced);
   mAdopted.reset();
   if (!mFiles.empty()) Adopt(std::move(fresh));
+}
+
+std::size_t FontconfigSystem::CountInFolders(const std::set<std::string>& files) {
+  std::unordered_set<std::string> wanted;
+  for (const std::string& file : files) wanted.insert(std::filesystem::path(file).lexically_normal());
+  const Config current = Current();
+  const FcFontSet* set = current == nullptr ? nullptr : FcConfigGetFonts(current.get(), FcSetSystem);
+  std::size_t found = 0;
+  for (int i = 0; set != nullptr && i < set->nfont && !wanted.empty(); ++i) {
+    FcChar8* file = nullptr;
+    if (FcPatternGetString(set->fonts[i], FC_FILE, 0, &file) == FcResultMatch) {
+      found += wanted.erase(reinterpret_cast<const char*>(file));
+    }
+  }
+  return found;
 }
 
 bool FontconfigSystem::IsStale() {

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,9 @@ class FontconfigSystem final : public FontSystem {
 
   std::vector<bool> AddFiles(const std::vector<std::string>& files) override;
   void RemoveFiles(const std::vector<std::string>& files) override;
+  void ForgetFiles(const std::vector<std::string>& files) override;
   void Reload() override;
+  std::size_t CountInFolders(const std::set<std::string>& files) override;
   bool IsStale() override;
   std::chrono::seconds CheckInterval() override;
 

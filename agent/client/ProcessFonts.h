@@ -1,11 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "client/FontSystem.h"
@@ -17,14 +17,27 @@
 /// the thread on which the host uses its fonts (see FontconfigSystem).
 class ProcessFonts {
  public:
+  /// A font of the agent with the file that it lies in.
+  struct Font {
+    unsigned int id = 0;
+    std::string file;
+  };
+  /// What the agent says has happened to a font.
+  struct Change {
+    unsigned int fontID = 0;
+    bool active = false;
+    std::string file;    // where other programs see or saw it; empty when they never did
+    uint64_t order = 0;  // of the message that says it (Connection::Incoming)
+  };
+
   /// \param system  Owned.
   explicit ProcessFonts(std::unique_ptr<FontSystem> system);
 
   /// Makes fonts visible to this process before it returns.
   ///
-  /// \param fonts  Font IDs with the paths of their files.
+  /// \param order  Of the message that said so.
   /// \return The IDs of those that can't be seen, in order; the others stay all the same.
-  std::vector<unsigned int> Activate(const std::vector<std::pair<unsigned int, std::string>>& fonts);
+  std::vector<unsigned int> Activate(const std::vector<Font>& fonts, uint64_t order);
 
   /// Takes fonts away again; unknown IDs are passed over. All of them cost one change of the font system.
   void Deactivate(const std::vector<unsigned int>& fontIDs);
@@ -32,24 +45,31 @@ class ProcessFonts {
   /// Takes all fonts away.
   void DeactivateAll();
 
-  /// Whether Activate() made the font visible.
-  bool Holds(unsigned int fontID) const;
+  /// Whether Follow() has something to do: fonts that others activated and this process can't see, or fonts
+  /// it sees that are active no more.
+  bool NeedsToFollow(const std::vector<Change>& changes) const;
 
-  /// Makes what other programs activated or deactivated visible too. For the library's own thread: reads the
-  /// font folders.
-  void Reload() { mSystem->Reload(); }
+  /// Makes the process see what others did, in one reading of the font folders. Not for the host's thread.
+  void Follow(const std::vector<Change>& changes);
 
-  /// Reload(), when the font folders have changed or the host dropped the fonts.
-  void ReloadIfStale() {
-    if (mSystem->IsStale()) mSystem->Reload();
-  }
+  /// Reads the font folders anew when they have changed or the host dropped the fonts. Not for the host's
+  /// thread.
+  void ReloadIfStale();
 
   /// How often ReloadIfStale() is due; 0 is never.
   std::chrono::seconds CheckInterval() const { return mSystem->CheckInterval(); }
 
  private:
+  struct Place {
+    std::string file;
+    uint64_t order = 0;
+  };
+  /// The last word on each font, without those that a later activation by this process has overtaken.
+  std::map<unsigned int, const Change*> LastOf(const std::vector<Change>& changes) const;
+  std::vector<std::string> Forget(const std::vector<unsigned int>& fontIDs);
+
   const std::unique_ptr<FontSystem> mSystem;
   mutable std::mutex mMutex;
-  std::map<unsigned int, std::string> mFileOfFont;
-  std::map<std::string, unsigned int> mFontsInFile;  // how many of mFileOfFont lie in a file
+  std::map<unsigned int, Place> mPlaces;
+  std::map<std::string, unsigned int> mFontsInFile;  // how many of mPlaces lie in a file
 };

@@ -1,0 +1,130 @@
+#include "client/ClientLibrary.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <thread>
+#include <utility>
+
+#include "Memory/CFVector.h"
+#include "Memory/RetainPtr.h"
+#include "client/FontconfigSystem.h"
+
+using kiln::wire::ServerMessage;
+
+namespace {
+
+// Before fonts that somebody else seems to have activated make the process read its font folders, the call of
+// this process that may have caused the event gets this long to put them in place itself.
+constexpr std::chrono::milliseconds kOwnCallsPause{20};
+
+std::string NewUUID() {
+  const auto uuid = adoptCF(CFUUIDCreate(nullptr));
+  return ToStdString(adoptCF(CFUUIDCreateString(nullptr, uuid.get())).get());
+}
+
+template <typename Event>
+std::vector<Notification> FontNotifications(int kind, const Event& event, uint64_t order) {
+  std::vector<Notification> notifications;
+  for (const auto& font : event.fonts()) {
+    notifications.push_back({kind, font.font_id(), event.local() ? "" : font.path(), order});
+  }
+  return notifications;
+}
+
+std::vector<Notification> NotificationsOf(const Connection::Incoming& event) {
+  const ServerMessage& message = event.message;
+  switch (message.body_case()) {
+    case ServerMessage::kFontsActivated:
+      return FontNotifications(kNotification_FontActivated, message.fonts_activated(), event.order);
+    case ServerMessage::kFontsDeactivated:
+      return FontNotifications(kNotification_FontDeactivated, message.fonts_deactivated(), event.order);
+    case ServerMessage::kLibraryChanged:
+      return {{kNotification_PanelDataChanged, {}, {}, event.order}};
+    case ServerMessage::kShutdown:
+      return {{kNotification_AgentShutdown, {}, {}, event.order}};
+    default:  // a newer agent's, or no event
+      return {};
+  }
+}
+
+std::vector<ProcessFonts::Change> FontChanges(const std::vector<Notification>& notifications) {
+  std::vector<ProcessFonts::Change> changes;
+  for (const Notification& notification : notifications) {
+    const bool active = notification.kind == kNotification_FontActivated;
+    if (!active && notification.kind != kNotification_FontDeactivated) continue;
+    changes.push_back(
+        {std::get<unsigned int>(notification.data), active, notification.file, notification.order});
+  }
+  return changes;
+}
+
+// At the end of the process no thread of the library may run into what is being taken down.
+struct StopAtExit {
+  ~StopAtExit() { ClientLibrary::Get().StopThreads(); }
+};
+
+}  // namespace
+
+ClientLibrary& ClientLibrary::Get() {
+  static ClientLibrary& library = *new ClientLibrary(std::make_unique<FontconfigSystem>());
+  static StopAtExit stopAtExit;
+  return library;
+}
+
+ClientLibrary::ClientLibrary(std::unique_ptr<FontSystem> fontSystem)
+    : mClientUUID(NewUUID()),
+      mFonts(std::move(fontSystem)),
+      mNotifications([this](const auto& batch) { PrepareProcess(batch); },
+                     [this] { return CheckProcess(); }) {}
+
+FacadeRef ClientLibrary::Facade() {
+  std::scoped_lock lock(mMutex);
+  if (mSession == nullptr) {
+    mNotifications.Start();
+    mSession = std::make_shared<Session>(
+        mClientUUID, [this](Connection::Incoming&& event) { mNotifications.Post(NotificationsOf(event)); });
+    ++mLastFacade;
+  }
+  return reinterpret_cast<FacadeRef>(mLastFacade);
+}
+
+std::shared_ptr<Session> ClientLibrary::Find(FacadeRef facade) {
+  std::scoped_lock lock(mMutex);
+  return reinterpret_cast<uintptr_t>(facade) == mLastFacade ? mSession : nullptr;
+}
+
+void ClientLibrary::Reset() {
+  std::shared_ptr<Session> session;
+  {
+    std::scoped_lock lock(mMutex);
+    session = std::exchange(mSession, nullptr);
+  }
+  if (session != nullptr) session->Drop();
+}
+
+void ClientLibrary::StopThreads() {
+  Reset();
+  mNotifications.Stop();
+}
+
+void ClientLibrary::CleanUp() {
+  StopThreads();
+  mFonts.DeactivateAll();
+}
+
+void ClientLibrary::PrepareProcess(const std::vector<Notification>& batch) {
+  const std::vector<ProcessFonts::Change> changes = FontChanges(batch);
+  if (changes.empty() || !mFonts.NeedsToFollow(changes)) return;
+  std::this_thread::sleep_for(kOwnCallsPause);
+  mFonts.Follow(changes);
+}
+
+std::chrono::seconds ClientLibrary::CheckProcess() {
+  const auto now = std::chrono::steady_clock::now();
+  const std::chrono::seconds interval = mFonts.CheckInterval();
+  if (interval.count() > 0 && now - mLastCheck >= interval) {
+    mLastCheck = now;
+    mFonts.ReloadIfStale();
+  }
+  return interval;
+}
