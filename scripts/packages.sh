@@ -9,6 +9,13 @@ bench_packages=(libbenchmark-dev)
 lint_packages=(clang-14 clang-format clang-tidy)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
 
+# as_root COMMAND...: through sudo when not root.
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+refresh_package_lists() { as_root apt-get update -qq; }
+
 # need_packages NAME...: says what is missing and installs it, through sudo when not root.
 need_packages() {
   local missing=() name
@@ -17,14 +24,13 @@ need_packages() {
   done
   [ ${#missing[@]} -eq 0 ] && return 0
   echo "Missing packages: ${missing[*]}" >&2
-  local root=()
-  if [ "$(id -u)" -ne 0 ]; then
-    command -v sudo >/dev/null || { echo "Install them as root, then try again." >&2; return 1; }
-    root=(sudo)
+  if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+    echo "Install them as root, then try again." >&2
+    return 1
   fi
   echo "Installing them ..." >&2
   {
-    "${root[@]}" apt-get update -qq &&
-      "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+    refresh_package_lists &&
+      as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
   } >"$build/packages.log" 2>&1 || { tail -n 20 "$build/packages.log" >&2; return 1; }
 }
