@@ -5,13 +5,13 @@
 /// The 24 entries of the UI framework, as a plug-in binds them by name.
 ///
 /// Life: LoomIsVersionCompatible(), then LoomInitializeFramework(), then the rest in any order. The rest also
-/// works without an initialisation; texts then speak of "the font manager" and "the host application".
+/// works without an initialisation; texts then speak of "Kiln" and "the host application".
 ///
-/// What is asked and shown goes to the user's terminal when the process has one that it may read: /dev/tty in
-/// the foreground, or standard input and error both terminals. LOOM_TERMINAL_PROMPT=0 in the environment says
-/// there is none. Without one every box is answered by rule, with one line on standard error that tells the
-/// box and the answer: a notice by its one button, a question by its last button (the one that gives up, so
-/// that nothing is tried for ever), a text by the proposed one, a choice of fonts by no choice.
+/// What is asked and shown goes to the user's terminal when standard input and standard error are one.
+/// LOOM_TERMINAL_PROMPT=0 in the environment says there is none. Without one every box is answered by rule,
+/// with one line on standard error that tells the box and the answer: a notice by its one button, a question
+/// by its last button (the one that gives up, so that nothing is tried for ever), a text by the proposed one,
+/// a choice of fonts by no choice.
 ///
 /// Preferences live in `$XDG_CONFIG_HOME/hornbeam/Preferences.plist` (`~/.config` when unset), an XML
 /// property list that other processes may change at any time. LOOM_PREFERENCES="Key=1;Key2=0" overrides
