@@ -131,6 +131,8 @@ class HeadlessHost {
 
  private:
   std::unique_ptr<HostServices> m_pServices;
+  bool m_bStarted = false;
+  bool m_bShutDown = false;
 };
 
 }  // namespace headless
