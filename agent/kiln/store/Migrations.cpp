@@ -99,7 +99,7 @@ CREATE TABLE document_fonts (
   document_id INTEGER NOT NULL REFERENCES documents(id) ON DELETE CASCADE,
   position INTEGER NOT NULL,
   postscript_name TEXT NOT NULL,
-  identity TEXT NOT NULL,
+  identity BLOB NOT NULL,
   PRIMARY KEY (document_id, position)
 ) WITHOUT ROWID;
 INSERT INTO workgroups (id, name, type) VALUES (1, 'Font Library (LOCALIZE ME)', 3), (2, 'System', 4);

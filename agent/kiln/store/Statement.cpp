@@ -51,8 +51,4 @@ void Statement::BindNumber(int index, int64_t number) {
   sqlite3_bind_int64(mStatement, index, number);
 }
 
-void Statement::BindNull(int index) {
-  sqlite3_bind_null(mStatement, index);
-}
-
 }  // namespace kiln

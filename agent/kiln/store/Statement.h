@@ -2,7 +2,6 @@
 
 #include <concepts>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,7 +22,7 @@ class Statement {
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
-  /// Texts must live until the run is over. std::nullopt binds NULL.
+  /// Texts are copied.
   template <class... Values>
   void Start(const Values&... values) {
     Reset();
@@ -54,9 +53,7 @@ class Statement {
     BindNumber(index, static_cast<int64_t>(number));
   }
   void Bind(int index, std::string_view text);
-  void Bind(int index, std::nullopt_t) { BindNull(index); }
   void BindNumber(int index, int64_t number);
-  void BindNull(int index);
 
   sqlite3_stmt* mStatement = nullptr;
   bool mFailed = false;

@@ -1,0 +1,276 @@
+#include "kiln/activation/ActivationBook.h"
+
+#include <algorithm>
+#include <set>
+
+#include "kiln/store/Database.h"
+#include "protocol/ErrorCodes.h"
+
+namespace kiln {
+namespace {
+
+bool AnyGlobal(const std::vector<ActivationRow>& rows) {
+  return std::any_of(rows.begin(), rows.end(), [](const ActivationRow& row) { return IsGlobal(row.kind); });
+}
+
+bool AnyOfKind(const std::vector<ActivationRow>& rows, wire::ActivationState kind) {
+  return std::any_of(rows.begin(), rows.end(), [kind](const ActivationRow& row) { return row.kind == kind; });
+}
+
+const ActivationRow* RowOf(const std::vector<ActivationRow>& rows, int64_t clientID) {
+  const auto row = std::find_if(rows.begin(), rows.end(),
+                                [clientID](const ActivationRow& one) { return one.clientID == clientID; });
+  return row == rows.end() ? nullptr : &*row;
+}
+
+wire::ActivationState KindFor(wire::ActivationMode mode) {
+  switch (mode) {
+    case wire::MODE_AUTO_LOCAL:
+      return wire::ACTIVATION_AUTO_LOCAL;
+    case wire::MODE_TEMPORARY:
+      return wire::ACTIVATION_TEMPORARY;
+    case wire::MODE_PERMANENT:
+      return wire::ACTIVATION_PERMANENT;
+    case wire::MODE_PREVIEW:
+      return wire::ACTIVATION_PREVIEW;
+    default:
+      return wire::ACTIVATION_AUTO;
+  }
+}
+
+wire::FontPlace PlaceOf(const wire::Font& font, bool local) {
+  wire::FontPlace place;
+  place.set_font_id(font.id());
+  place.set_postscript_name(font.postscript_name());
+  place.set_path(local ? font.path() : font.link_path());
+  place.set_face_index(font.face_index());
+  return place;
+}
+
+}  // namespace
+
+// One transaction over rows and links. New links are made at once, since what can't be linked mustn't be
+// recorded; links that are no longer needed go after the commit.
+class ActivationBook::Change {
+ public:
+  explicit Change(ActivationBook& book) : mBook(book), mTransaction(book.mDatabase) {}
+  ~Change() {
+    for (const std::string& link : mNewLinks) mBook.mLinks.Remove(link);
+  }
+  Change(const Change&) = delete;
+  Change& operator=(const Change&) = delete;
+
+  bool Began() const { return mTransaction.Began(); }
+  void AddedLink(const std::string& link) { mNewLinks.push_back(link); }
+  bool Put(const ActivationRow& row) { return Check(mBook.mActivations.Put(row)); }
+  bool Remove(const ActivationRow& row) { return Check(mBook.mActivations.Remove(row.fontID, row.clientID)); }
+  bool Check(bool succeeded) {
+    mFailed = mFailed || !succeeded;
+    return succeeded;
+  }
+
+  // To be called when rows of a font have gone.
+  void ReleaseFile(const FontRow& row) {
+    if (row.font.link_path().empty() || mBook.mActivations.FileIsActive(row.fileID)) return;
+    if (!mReleased.insert(row.fileID).second) return;
+    Check(mBook.mWriter.SetLink(row.fileID, ""));
+    const std::string& path = row.font.link_path();
+    const size_t bucket = path.rfind('/', path.rfind('/') - 1) + 1;
+    mOldLinks.push_back(path.substr(bucket));
+  }
+
+  uint32_t Commit() {
+    if (mFailed || !mTransaction.Began()) return mBook.mDatabase.Error();
+    if (const uint32_t error = mTransaction.Commit()) return error;
+    mNewLinks.clear();
+    for (const std::string& link : mOldLinks) mBook.mLinks.Remove(link);
+    return codes::kSuccess;
+  }
+
+ private:
+  ActivationBook& mBook;
+  Transaction mTransaction;
+  bool mFailed = false;
+  std::set<int64_t> mReleased;
+  std::vector<std::string> mNewLinks;
+  std::vector<std::string> mOldLinks;
+};
+
+ActivationBook::ActivationBook(Database& database, FontStore& fonts, ActivationStore& activations,
+                               LibraryWriter& writer, LinkFolder& links)
+    : mDatabase(database), mFonts(fonts), mActivations(activations), mWriter(writer), mLinks(links) {}
+
+uint32_t ActivationBook::Start(const std::function<bool(int64_t)>& clientIsAlive) {
+  Transaction transaction(mDatabase);
+  if (!transaction.Began() || !mActivations.DropTemporaryByHand()) return mDatabase.Error();
+  for (const int64_t client : mActivations.Clients()) {
+    if (client == kUserClient || clientIsAlive(client)) continue;
+    for (const ActivationRow& row : mActivations.OfClient(client)) {
+      if (!mActivations.Remove(row.fontID, row.clientID)) return mDatabase.Error();
+    }
+  }
+  std::vector<LinkFolder::Expected> expected;
+  std::map<std::string, int64_t> files;
+  std::vector<LibraryWriter::LinkedFile> withoutLink;
+  for (LibraryWriter::LinkedFile& file : mWriter.LinkedFiles()) {
+    if (!file.wanted) {
+      if (!mWriter.SetLink(file.id, "")) return mDatabase.Error();
+    } else if (file.link.empty()) {
+      withoutLink.push_back(std::move(file));
+    } else {
+      files[file.link] = file.id;
+      expected.push_back({file.path, file.link, file.size});
+    }
+  }
+  for (const std::string& lost : mLinks.Reconcile(expected)) {
+    if (!mWriter.SetLink(files[lost], "") || !mWriter.SetMissing(files[lost], true)) return mDatabase.Error();
+  }
+  for (const LibraryWriter::LinkedFile& file : withoutLink) {
+    std::string link;
+    const bool linked = mLinks.Add(file.path, file.name, link) == 0;
+    if (!mWriter.SetLink(file.id, linked ? link : "")) return mDatabase.Error();
+  }
+  return transaction.Commit();
+}
+
+bool ActivationBook::IsActive(wire::ActivationState state) {
+  return state != wire::ACTIVATION_INACTIVE && state != wire::ACTIVATION_MISSING &&
+         state != wire::ACTIVATION_UNUSABLE;
+}
+
+wire::ActivationState ActivationBook::StateFor(const FontRow& row, int64_t clientID) {
+  if (row.font.is_system()) return wire::ACTIVATION_SYSTEM;
+  const std::vector<ActivationRow> rows = mActivations.OfFont(row.font.id());
+  if (AnyOfKind(rows, wire::ACTIVATION_PERMANENT)) {
+    return mActivations.HasConflict(row.font.id()) ? wire::ACTIVATION_OVER_CONFLICT
+                                                   : wire::ACTIVATION_PERMANENT;
+  }
+  if (AnyOfKind(rows, wire::ACTIVATION_TEMPORARY)) {
+    return mActivations.HasConflict(row.font.id()) ? wire::ACTIVATION_TEMPORARY_OVER_CONFLICT
+                                                   : wire::ACTIVATION_TEMPORARY;
+  }
+  if (AnyOfKind(rows, wire::ACTIVATION_AUTO)) return wire::ACTIVATION_AUTO;
+  if (const ActivationRow* own = RowOf(rows, clientID)) return own->kind;
+  return row.missing ? wire::ACTIVATION_MISSING : wire::ACTIVATION_INACTIVE;
+}
+
+// Links the file unless that is done. On failure nothing is recorded but that the file has gone.
+uint32_t ActivationBook::MakeVisible(FontRow& row, Change& change) {
+  if (!row.font.link_path().empty()) return codes::kSuccess;
+  std::string link;
+  const uint32_t error = mLinks.Add(row.font.path(), row.font.outline_file_name(), link);
+  if (error == codes::kFontMissing) change.Check(mWriter.SetMissing(row.fileID, true));
+  if (error != codes::kSuccess) return error;
+  change.AddedLink(link);
+  change.Check(mWriter.SetLink(row.fileID, link));
+  if (row.missing) change.Check(mWriter.SetMissing(row.fileID, false));
+  row.font.set_link_path(mLinks.PathOf(link));
+  return codes::kSuccess;
+}
+
+uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, wire::ActivationMode mode,
+                                     Change& change) {
+  const wire::ActivationState kind = KindFor(mode);
+  const bool byHand = mode == wire::MODE_TEMPORARY || mode == wire::MODE_PERMANENT;
+  const std::vector<ActivationRow> rows = mActivations.OfFont(row.font.id());
+  if (IsGlobal(kind)) {
+    if (const uint32_t error = MakeVisible(row, change)) return error;
+  }
+  const ActivationRow* user = RowOf(rows, kUserClient);
+  if (byHand) {
+    for (const ActivationRow& other : rows) {
+      if (other.clientID != kUserClient) change.Remove(other);
+    }
+    // What stays isn't cut short by a temporary wish.
+    if (!user || kind == wire::ACTIVATION_PERMANENT) change.Put({row.font.id(), kUserClient, kind, false});
+    return codes::kSuccess;
+  }
+  const ActivationRow* own = RowOf(rows, clientID);
+  if (user) return codes::kSuccess;
+  if (!own) {
+    change.Put({row.font.id(), clientID, kind, AnyGlobal(rows)});
+  } else if (IsGlobal(kind) && !IsGlobal(own->kind)) {
+    change.Put({row.font.id(), clientID, kind, own->hold});
+  }
+  return codes::kSuccess;
+}
+
+uint32_t ActivationBook::Activate(int64_t clientID, std::span<const uint32_t> fontIDs,
+                                  wire::ActivationMode mode, ActivateResult& result) {
+  Change change(*this);
+  if (!change.Began()) return mDatabase.Error();
+  std::set<uint32_t> seen;
+  for (const uint32_t id : fontIDs) {
+    if (!seen.insert(id).second) continue;
+    std::optional<FontRow> row = mFonts.Load(id);
+    if (!row) {
+      result.failures[id] = codes::kInvalidFontIDs;
+      continue;
+    }
+    row->font.set_state(StateFor(*row, clientID));
+    const std::vector<ActivationRow> before = mActivations.OfFont(id);
+    if (!row->font.is_system()) {
+      if (const uint32_t error = ActivateOne(clientID, *row, mode, change)) {
+        result.failures[id] = error;
+        continue;
+      }
+      const bool local = !IsGlobal(KindFor(mode));
+      if (!local && !AnyGlobal(before)) result.change.activated.push_back(PlaceOf(row->font, false));
+      if (local && !IsActive(row->font.state()))
+        result.change.localActivated.push_back(PlaceOf(row->font, true));
+    }
+    result.fonts.push_back(std::move(*row));
+  }
+  return change.Commit();
+}
+
+uint32_t ActivationBook::Deactivate(int64_t clientID, std::span<const uint32_t> fontIDs, bool byHand,
+                                    DeactivateResult& result) {
+  Change change(*this);
+  if (!change.Began()) return mDatabase.Error();
+  for (const uint32_t id : std::set<uint32_t>(fontIDs.begin(), fontIDs.end())) {
+    const std::vector<ActivationRow> rows = mActivations.OfFont(id);
+    const ActivationRow* own = RowOf(rows, clientID);
+    const std::optional<FontRow> row = mFonts.Load(id);
+    if (!row || rows.empty() || (!byHand && !own)) continue;
+    for (const ActivationRow& one : rows) {
+      if (byHand || &one == own) change.Remove(one);
+    }
+    result.released.push_back(id);
+    change.ReleaseFile(*row);
+    if (own && !IsGlobal(own->kind)) result.change.localDeactivated.push_back(PlaceOf(row->font, true));
+    if (AnyGlobal(rows) && !AnyGlobal(mActivations.OfFont(id))) {
+      result.change.deactivated.push_back(PlaceOf(row->font, false));
+    }
+  }
+  return change.Commit();
+}
+
+uint32_t ActivationBook::EndSession(int64_t clientID, ActivationChange& result) {
+  Change change(*this);
+  if (!change.Began()) return mDatabase.Error();
+  for (const ActivationRow& own : mActivations.OfClient(clientID)) {
+    if (!own.hold && IsGlobal(own.kind)) continue;
+    change.Remove(own);
+    const std::optional<FontRow> row = mFonts.Load(own.fontID);
+    if (!row) continue;
+    change.ReleaseFile(*row);
+    if (IsGlobal(own.kind) && !AnyGlobal(mActivations.OfFont(own.fontID))) {
+      result.deactivated.push_back(PlaceOf(row->font, false));
+    }
+  }
+  return change.Commit();
+}
+
+std::vector<bool> ActivationBook::ClientStates(int64_t clientID, std::span<const uint32_t> fontIDs) {
+  std::set<uint32_t> own;
+  for (const ActivationRow& row : mActivations.OfClient(clientID)) {
+    if (!row.hold) own.insert(row.fontID);
+  }
+  std::vector<bool> states;
+  states.reserve(fontIDs.size());
+  for (const uint32_t id : fontIDs) states.push_back(own.count(id) > 0);
+  return states;
+}
+
+}  // namespace kiln

@@ -1,0 +1,179 @@
+#include "kiln/activation/LinkFolder.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "kiln/system/KilnPaths.h"
+#include "protocol/ErrorCodes.h"
+
+namespace kiln {
+namespace {
+
+constexpr size_t kLongestName = 200;  // bytes; file systems take 255
+
+std::string BucketName(int bucket) {
+  char name[16];
+  std::snprintf(name, sizeof name, "%03d", bucket);
+  return name;
+}
+
+bool IsBucketName(const std::string& name) {
+  if (name.size() < 3) return false;
+  for (const char c : name) {
+    if (!std::isdigit(static_cast<unsigned char>(c))) return false;
+  }
+  return true;
+}
+
+// A name that is a file name, and that fontconfig doesn't pass over for a leading dot. The end, with the
+// extension, stays.
+std::string SafeName(std::string name) {
+  for (char& c : name) {
+    if (c == '/' || static_cast<unsigned char>(c) < 0x20) c = '_';
+  }
+  if (name.size() > kLongestName) name = name.substr(name.size() - kLongestName);
+  while (!name.empty() && (static_cast<unsigned char>(name.front()) & 0xC0) == 0x80) name.erase(0, 1);
+  if (name.empty() || name.front() == '.') name.insert(0, "font");
+  return name;
+}
+
+uint32_t CodeOf(int error) {
+  if (error == ENOENT) return codes::kFontMissing;
+  return error == ENOSPC || error == EDQUOT ? codes::kDiskFull : codes::kFileSystemError;
+}
+
+// Copies under a name that fontconfig doesn't see, so that no program meets half a font.
+int CopyInto(const std::string& from, const std::string& to) {
+  const size_t slash = to.rfind('/');
+  const std::string unfinished = to.substr(0, slash + 1) + ".new-" + to.substr(slash + 1);
+  std::error_code error;
+  std::filesystem::copy_file(from, unfinished, std::filesystem::copy_options::overwrite_existing, error);
+  if (!error) std::filesystem::rename(unfinished, to, error);
+  if (!error) return 0;
+  unlink(unfinished.c_str());
+  return error.value();
+}
+
+int LinkOrCopy(const std::string& from, const std::string& to) {
+  if (link(from.c_str(), to.c_str()) == 0) return 0;
+  const bool cannotLink = errno == EXDEV || errno == EPERM || errno == EMLINK || errno == EOPNOTSUPP;
+  return cannotLink ? CopyInto(from, to) : errno;
+}
+
+// Links keep the content alive elsewhere; a file with one name may be all there is of it.
+bool IsSafeToRemove(const std::filesystem::path& path, bool folderHoldsCopies) {
+  struct stat found {};
+  if (lstat(path.c_str(), &found) != 0) return false;
+  if (S_ISLNK(found.st_mode)) return true;
+  return S_ISREG(found.st_mode) && (folderHoldsCopies || found.st_nlink > 1);
+}
+
+bool AreOnOneFileSystem(const std::string& one, const std::string& other) {
+  struct stat first {};
+  struct stat second {};
+  return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 && first.st_dev == second.st_dev;
+}
+
+// The same file as the one in the vault, or, where links can't be, one that looks like its copy.
+bool IsInPlace(const std::string& link, const LinkFolder::Expected& expected) {
+  struct stat there {};
+  struct stat vault {};
+  if (lstat(link.c_str(), &there) != 0 || !S_ISREG(there.st_mode)) return false;
+  if (stat(expected.path.c_str(), &vault) != 0) return static_cast<uint64_t>(there.st_size) == expected.size;
+  if (there.st_dev == vault.st_dev && there.st_ino == vault.st_ino) return true;
+  return there.st_size == vault.st_size;
+}
+
+std::vector<std::filesystem::path> Children(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> children;
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    children.push_back(entry->path());
+  }
+  return children;
+}
+
+}  // namespace
+
+int LinkFolder::FindBucket(const std::string& name) const {
+  int bucket = 0;
+  for (const auto& [number, names] : mBuckets) {
+    if (number != bucket) break;  // the first gap
+    if (names.size() < kBucketSize && names.count(name) == 0) break;
+    ++bucket;
+  }
+  return bucket;
+}
+
+uint32_t LinkFolder::Add(const std::string& path, const std::string& wantedName, std::string& place) {
+  const std::string name = SafeName(wantedName);
+  for (;;) {
+    const int bucket = FindBucket(name);
+    const std::string folder = mFolder + "/" + BucketName(bucket);
+    if (const int error = MakeFolders(folder)) return CodeOf(error == ENOENT ? EIO : error);
+    const int error = LinkOrCopy(path, folder + "/" + name);
+    if (error != 0 && error != EEXIST) {
+      rmdir(folder.c_str());
+      return CodeOf(error);
+    }
+    mBuckets[bucket].insert(name);
+    place = BucketName(bucket) + "/" + name;
+    if (error == 0) return codes::kSuccess;
+    // Someone else's file has the name: it is noted as taken, and the next bucket is tried.
+  }
+}
+
+void LinkFolder::Forget(const std::string& place) {
+  const size_t slash = place.find('/');
+  const auto bucket = mBuckets.find(std::atoi(place.c_str()));
+  if (slash == std::string::npos || bucket == mBuckets.end()) return;
+  bucket->second.erase(place.substr(slash + 1));
+  if (bucket->second.empty()) mBuckets.erase(bucket);
+}
+
+void LinkFolder::Remove(const std::string& place) {
+  const std::string path = mFolder + "/" + place;
+  unlink(path.c_str());
+  rmdir(path.substr(0, path.rfind('/')).c_str());
+  Forget(place);
+}
+
+std::vector<std::string> LinkFolder::Reconcile(const std::vector<Expected>& expected) {
+  mBuckets.clear();
+  std::vector<std::string> lost;
+  for (const Expected& file : expected) {
+    const std::string path = mFolder + "/" + file.link;
+    bool there = IsInPlace(path, file);
+    if (!there) {
+      const bool folderMade = MakeFolders(path.substr(0, path.rfind('/'))) == 0;
+      if (access(file.path.c_str(), R_OK) == 0) unlink(path.c_str());
+      there = folderMade && LinkOrCopy(file.path, path) == 0;
+    }
+    if (!there) {
+      lost.push_back(file.link);
+      continue;
+    }
+    mBuckets[std::atoi(file.link.c_str())].insert(file.link.substr(file.link.find('/') + 1));
+  }
+  const bool holdsCopies = !AreOnOneFileSystem(mFolder, mVault);
+  for (const std::filesystem::path& bucket : Children(mFolder)) {
+    if (!IsBucketName(bucket.filename())) continue;
+    const auto known = mBuckets.find(std::atoi(bucket.filename().c_str()));
+    for (const std::filesystem::path& file : Children(bucket)) {
+      const bool wanted = known != mBuckets.end() && known->second.count(file.filename()) > 0;
+      if (!wanted && IsSafeToRemove(file, holdsCopies)) unlink(file.c_str());
+    }
+    rmdir(bucket.c_str());
+  }
+  return lost;
+}
+
+}  // namespace kiln

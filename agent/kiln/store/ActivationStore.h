@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "kiln/store/Statement.h"
+#include "protocol/Kiln.pb.h"
+
+namespace kiln {
+
+class Database;
+
+/// The client to whom activations by hand belong.
+inline constexpr int64_t kUserClient = 1;
+
+/// One client's activation of one font.
+struct ActivationRow {
+  uint32_t fontID = 0;
+  int64_t clientID = 0;
+  wire::ActivationState kind =
+      wire::ACTIVATION_INACTIVE;  ///< AUTO, AUTO_LOCAL, TEMPORARY, PERMANENT or PREVIEW
+  bool hold = false;
+};
+
+/// For all programs, and not in one client's process only.
+inline bool IsGlobal(wire::ActivationState kind) {
+  return kind == wire::ACTIVATION_AUTO || kind == wire::ACTIVATION_TEMPORARY ||
+         kind == wire::ACTIVATION_PERMANENT;
+}
+
+/// The rows of the activations; what they mean is ActivationBook's.
+class ActivationStore {
+ public:
+  explicit ActivationStore(Database& database);
+
+  std::vector<ActivationRow> OfFont(uint32_t fontID);
+  std::vector<ActivationRow> OfClient(int64_t clientID);
+  std::vector<wire::Activation> List();
+
+  /// Clients that have any.
+  std::vector<int64_t> Clients();
+
+  bool Put(const ActivationRow& row);
+  bool Remove(uint32_t fontID, int64_t clientID);
+  /// What the user activated for one run of Kiln.
+  bool DropTemporaryByHand();
+
+  /// A font of the file is active for all programs.
+  bool FileIsActive(int64_t fileID);
+  /// Another font with the PostScript name of this one is active for all programs.
+  bool HasConflict(uint32_t fontID);
+  uint32_t CountOfActiveFonts();
+
+ private:
+  std::vector<ActivationRow> Rows(Statement& statement);
+  int64_t One(Statement& statement);
+
+  Statement mOfFont;
+  Statement mOfClient;
+  Statement mList;
+  Statement mClients;
+  Statement mPut;
+  Statement mRemove;
+  Statement mDropTemporary;
+  Statement mFileIsActive;
+  Statement mHasConflict;
+  Statement mCount;
+};
+
+}  // namespace kiln
