@@ -1,0 +1,192 @@
+// What changes which fonts are active.
+
+#include <algorithm>
+#include <vector>
+
+#include "Memory/CFCast.h"
+#include "Memory/CFVector.h"
+#include "client/Entries/EntryGuard.h"
+#include "client/FontRecords.h"
+#include "client/PluginInterface.h"
+#include "client/RecordKeys.h"
+
+using kiln::wire::ClientMessage;
+using kiln::wire::ServerMessage;
+
+namespace {
+
+// The agent copies and links files for this, and says so only at the end.
+constexpr CallLimit kActivationLimit{.answer = std::chrono::milliseconds{60000},
+                                     .silence = std::chrono::milliseconds{5000}};
+constexpr int kAllWorkgroupsOfPlugin = -2;
+
+// System fonts are visible as it is.
+void AppendForProcess(const kiln::wire::Font& font, std::vector<ProcessFonts::Font>& fonts) {
+  if (!font.is_system() && font.id() != 0 && !font.path().empty()) fonts.push_back({font.id(), font.path()});
+}
+
+void CopyIDs(const google::protobuf::RepeatedField<uint32_t>& ids, unsigned long capacity, unsigned int* out,
+             unsigned int* outCount) {
+  const unsigned long count = out == nullptr ? 0 : std::min(capacity, static_cast<unsigned long>(ids.size()));
+  std::copy_n(ids.begin(), count, out);
+  if (outCount != nullptr) *outCount = static_cast<unsigned int>(count);
+}
+
+// A font list as it comes in: the identity data for the agent, and which record each piece is from.
+struct FontList {
+  std::vector<RetainPtr<CFDictionaryRef>> records;
+  kiln::wire::ActivateDocumentFontsRequest request;
+
+  explicit FontList(CFArrayRef fonts) {
+    for (const auto& element : ToVector<CFDictionaryRef>(fonts)) {
+      if (auto identity = FontRecords::ReadIdentity(element.get())) {
+        *request.add_fonts() = std::move(*identity);
+        records.push_back(element);
+      } else {
+        AddEmbedded(dynamicCF<CFArrayRef>(CFDictionaryGetValue(element.get(), RecordKeys::kEmbeddedFonts)));
+      }
+    }
+  }
+
+ private:
+  void AddEmbedded(CFArrayRef embedded) {
+    if (embedded == nullptr) return;
+    for (const auto& record : ToVector<CFDictionaryRef>(embedded)) {
+      if (auto identity = FontRecords::ReadIdentity(record.get())) {
+        *request.add_embedded_fonts() = std::move(*identity);
+      }
+    }
+  }
+};
+
+RetainPtr<CFMutableDictionaryRef> MatchedRecord(const kiln::wire::MatchedFont& match,
+                                                CFDictionaryRef requested) {
+  auto record = FontRecords::MakeRecord(match.font());
+  FontRecords::PutMeaningOfState(record.get(), match.font().state());
+  // The agent doesn't see which parts of the document use the font; the record says it on.
+  if (CFTypeRef documents = CFDictionaryGetValue(requested, RecordKeys::kSubDocumentsWithFont);
+      documents != nullptr && !match.family_member()) {
+    CFDictionarySetValue(record.get(), RecordKeys::kSubDocumentsWithFont, documents);
+  }
+  return record;
+}
+
+RetainPtr<CFMutableDictionaryRef> ProblemRecord(CFDictionaryRef requested) {
+  auto record = adoptCF(CFDictionaryCreateMutableCopy(nullptr, 0, requested));
+  CFDictionarySetValue(record.get(), RecordKeys::kPossibleReplacements, MakeArray().get());
+  return record;
+}
+
+ErrCode Activate(Session& session, unsigned long count, const unsigned int* fontIDs,
+                 kiln::wire::ActivationMode mode, Connection::Incoming& reply,
+                 std::vector<unsigned int>& unseen) {
+  ClientMessage request;
+  auto& body = *request.mutable_activate_fonts();
+  body.set_mode(mode);
+  if (const ErrCode code = EntryGuard::ReadIDs(fontIDs, count, *body.mutable_font_ids())) return code;
+  const ErrCode code = session.Call(request, reply, kActivationLimit);
+  if (!reply.message.has_activate_fonts()) {
+    return code == CoreErrorCodes::kSuccess ? GKVMessageDataHandler::kInvalidMessage : code;
+  }
+  std::vector<ProcessFonts::Font> visible;
+  for (const auto& font : reply.message.activate_fonts().fonts()) AppendForProcess(font, visible);
+  unseen = ClientLibrary::Get().Fonts().Activate(visible, reply.order);
+  return code;
+}
+
+ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long count) {
+  ClientMessage request;
+  auto& body = *request.mutable_deactivate_fonts();
+  if (const ErrCode code = EntryGuard::ReadIDs(fontIDs, count, *body.mutable_font_ids())) return code;
+  Connection::Incoming reply;
+  if (const ErrCode code =
+          EntryGuard::Ask(session, request, reply, &ServerMessage::has_deactivate_fonts, kActivationLimit)) {
+    return code;
+  }
+  // A font that somebody else keeps active stays visible here too.
+  const auto& gone = reply.message.deactivate_fonts().deactivated_ids();
+  ClientLibrary::Get().Fonts().Deactivate({gone.begin(), gone.end()});
+  return CoreErrorCodes::kSuccess;
+}
+
+}  // namespace
+
+ErrCode ActivateFonts(FacadeRef facade, unsigned long count, const unsigned int* fontIDs, const void*,
+                      int mode, int flagA, int, unsigned long capacityA, unsigned long capacityB,
+                      unsigned int* idsA, unsigned int* idsB, unsigned int* countA, unsigned int* countB) {
+  return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
+    const auto wanted = mode == 0    ? kiln::wire::MODE_PERMANENT
+                        : flagA == 0 ? kiln::wire::MODE_TEMPORARY
+                                     : kiln::wire::MODE_AUTO;
+    Connection::Incoming reply;
+    std::vector<unsigned int> unseen;
+    const ErrCode code = Activate(session, count, fontIDs, wanted, reply, unseen);
+    if (reply.message.has_activate_fonts()) {
+      CopyIDs(reply.message.activate_fonts().failed_ids(), capacityA, idsA, countA);
+      CopyIDs(reply.message.activate_fonts().refused_ids(), capacityB, idsB, countB);
+    }
+    return code;
+  });
+}
+
+ErrCode PreviewActivateFonts(FacadeRef facade, unsigned long count, const unsigned int* fontIDs, int) {
+  return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
+    Connection::Incoming reply;
+    std::vector<unsigned int> unseen;
+    const ErrCode code = Activate(session, count, fontIDs, kiln::wire::MODE_AUTO_LOCAL, reply, unseen);
+    if (code != CoreErrorCodes::kSuccess || unseen.empty()) return code;
+    // Active for this process alone, which can't see them: then not active at all.
+    GiveBack(session, unseen.data(), unseen.size());
+    return GFontActivation::kOSActivationError;
+  });
+}
+
+ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayRef fonts, bool nextGenPlugin,
+                                    bool activateEntireFamily, bool pickBestMatch, bool glyphMarkEnabled,
+                                    int workgroupID, CFMutableArrayRef outMatched,
+                                    CFMutableArrayRef outProblems) {
+  return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
+    if (fonts == nullptr || outMatched == nullptr || outProblems == nullptr) {
+      return CoreErrorCodes::kNullPointer;
+    }
+    if (dynamicCF<CFArrayRef>(fonts) == nullptr || dynamicCF<CFMutableArrayRef>(outMatched) == nullptr ||
+        dynamicCF<CFMutableArrayRef>(outProblems) == nullptr) {
+      return CoreErrorCodes::kInvalidParam;
+    }
+    FontList list(fonts);
+    // Only for the agent's log: a name that isn't UTF-8 is no reason to leave the document without fonts.
+    if (path != nullptr && ToCFString(path) != nullptr) list.request.set_document_path(path);
+    list.request.set_next_gen_plugin(nextGenPlugin);
+    list.request.set_activate_entire_family(activateEntireFamily);
+    list.request.set_pick_best_match(pickBestMatch);
+    list.request.set_glyph_mark_enabled(glyphMarkEnabled);
+    list.request.set_workgroup_id(workgroupID == kAllWorkgroupsOfPlugin ? 0
+                                                                        : static_cast<uint32_t>(workgroupID));
+
+    ClientMessage request;
+    *request.mutable_activate_document_fonts() = std::move(list.request);
+    Connection::Incoming reply;
+    if (const ErrCode code = EntryGuard::Ask(session, request, reply,
+                                             &ServerMessage::has_activate_document_fonts, kActivationLimit)) {
+      return code;
+    }
+    const auto& answer = reply.message.activate_document_fonts();
+    std::vector<ProcessFonts::Font> visible;
+    for (const auto& match : answer.matched()) {
+      if (match.request_index() >= list.records.size() || match.font().id() == 0) continue;
+      CFArrayAppendValue(outMatched, MatchedRecord(match, list.records[match.request_index()].get()).get());
+      AppendForProcess(match.font(), visible);
+    }
+    ClientLibrary::Get().Fonts().Activate(visible, reply.order);
+    for (const auto& problem : answer.problems()) {
+      if (problem.request_index() >= list.records.size()) continue;
+      CFArrayAppendValue(outProblems, ProblemRecord(list.records[problem.request_index()].get()).get());
+    }
+    return CoreErrorCodes::kSuccess;
+  });
+}
+
+ErrCode DeactivateFonts(FacadeRef facade, unsigned long count, const unsigned int* fontIDs, int) {
+  return EntryGuard::RunInSession(facade,
+                                  [&](Session& session) { return GiveBack(session, fontIDs, count); });
+}
