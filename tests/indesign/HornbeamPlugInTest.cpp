@@ -1,0 +1,79 @@
+#include "Activation/CommonFunctionality.h"
+#include "AppStartupShutdownResponder.h"
+#include "HornbeamPlugIn.h"
+#include "IK2ServiceProvider.h"
+#include "PlugInTest.h"
+
+namespace {
+
+TEST(HornbeamPlugInTest, SubscribesToFifteenSignals) {
+  const auto made = InMemoryHost::Make(kHornbeamResponderBoss, IID_IK2SERVICEPROVIDER);
+  auto* provider = static_cast<IK2ServiceProvider*>(made.get());
+  ASSERT_NE(provider, nullptr);
+  K2Vector<ServiceID> serviceIDs;
+  provider->GetServiceIDs(serviceIDs);
+  EXPECT_EQ(serviceIDs, (K2Vector<ServiceID>{3595, 3597, 3598, 3599, 3600, 3601, 263, 3602, 3603, 3604, 3606,
+                                             3609, 3610, 15873, 35851}));
+  EXPECT_EQ(provider->GetServiceID(), 3595u);
+  EXPECT_TRUE(provider->HasMultipleIDs());
+  EXPECT_FALSE(provider->IsDefaultServiceProvider());
+}
+
+class StartUpService : public PlugInTest {
+ protected:
+  StartUpService() { CommonFunctionality::ResetCallCountersForTesting(); }
+  ~StartUpService() override { CommonFunctionality::ResetCallCountersForTesting(); }
+
+  class IdleTask : public CPMUnknown<IIdleTask> {
+   public:
+    using CPMUnknown::CPMUnknown;
+    uint32 RunTask(uint32, IdleTimer*) override { return kNeverAgain; }
+    void InstallTask(uint32 delay) override { delays.push_back(delay); }
+    void UninstallTask() override {}
+    const char* TaskName() override { return "idle"; }
+    std::vector<uint32> delays;
+  };
+
+  AppStartupShutdownResponder responder{nullptr};
+};
+
+TEST_F(StartUpService, WritesDefaultsOnceAndInstallsTheIdleTaskWhereThereIsOne) {
+  loom.preferences.clear();
+  responder.Startup();
+  EXPECT_EQ(loom.GetPreference("CS5PanelWidth"), 260);
+
+  loom.SetPreference("CS5PanelWidth", 300);
+  IdleTask task(&host.session);
+  host.session.interfaces[IID_IHORNBEAMIDLETASK] = &task;
+  responder.Startup();
+  EXPECT_EQ(loom.GetPreference("CS5PanelWidth"), 300);
+  EXPECT_EQ(task.delays, std::vector<uint32>{1000});
+}
+
+TEST_F(StartUpService, TheLastCloseFreesDocumentsAndLeavesTheTracker) {
+  InMemoryDocument document("A.idml");
+  document.Use("Acme", {{"Bold", "Acme-Bold"}});
+  AddFont("Acme-Bold");
+  DocumentElement::FontPathList = {"a", "b"};
+  host.Open(document);
+  FontActivationTracker* tracker = HornbeamGlobals::GetSharedFontActivationTracker();
+  host.Close(document);
+  EXPECT_TRUE(DocumentElement::FontPathList.empty());
+  EXPECT_EQ(HBIndesignPluginGlobals::GetDocumentFromDocumentList(UIDRef::Null()), nullptr);
+  EXPECT_EQ(HornbeamGlobals::GetSharedFontActivationTracker(), tracker);
+}
+
+TEST_F(StartUpService, ARetiredElementIsNotFoundButStaysUntilTheLastClose) {
+  InMemoryDocument first("A.idml");
+  InMemoryDocument second("B.idml");
+  host.Open(first);
+  host.Open(second);
+  EXPECT_EQ(HBIndesignPluginGlobals::GetDocumentFromDocumentList("/documents/B.idml"), ElementOf(second));
+  EXPECT_EQ(HBIndesignPluginGlobals::GetDocumentFromDocumentList("/documents/C.idml"), nullptr);
+  DocumentElement* retired = ElementOf(first);
+  host.Close(first);
+  EXPECT_EQ(ElementOf(first), nullptr);
+  EXPECT_EQ(HBIndesignPluginGlobals::GetDocumentFromDocumentList(UIDRef::Null()), retired);
+}
+
+}  // namespace
