@@ -7,24 +7,24 @@
 /// Names, matches and merges of font records: what turns the name in a document into the right font, and the
 /// data that finds the same font again elsewhere.
 ///
-/// A GlyphMark array is a mutable array of mutable font records (Activation/Vocabulary/FontRecordKeys.h), one a
-/// font. Its stored form is the GlyphMark slug: the UTF-8 text of an XML property list in Apple's published
+/// A GlyphMark array is a mutable array of mutable font records (Activation/Vocabulary/FontRecordKeys.h), one
+/// a font. Its stored form is the GlyphMark slug: the UTF-8 text of an XML property list in Apple's published
 /// format, version 1.0, with the array at its root, holding the ten sluggable keys alone.
 ///
-/// Records come from foreign documents: an element that is no dictionary and a value of the wrong type are passed
-/// over as if they weren't there, and stay where they are.
+/// Records come from foreign documents: an element that is no dictionary and a value of the wrong type are
+/// passed over as if they weren't there, and stay where they are.
 ///
 /// Results are status codes unless told otherwise: 0 success, -50 a bad parameter, 1000
-/// (kErrorHornbeamNotRunning) no font manager. Objects from Create... belong to the caller; arguments are never
-/// owned.
+/// (kErrorHornbeamNotRunning) no font manager. Objects from Create... belong to the caller; arguments are
+/// never owned.
 ///
 /// Thread: the caller's; those that ask the font manager, the main thread.
 namespace GlyphMarkSupport {
 
 // ---- Names
 
-/// The name reduced to its ASCII letters and digits. "#" goes with the digits behind it, and nothing behind the
-/// second "-" counts.
+/// The name reduced to its ASCII letters and digits. "#" goes with the digits behind it, and nothing behind
+/// the second "-" counts.
 std::string StripIllegalPostScriptCharacters(const std::string& name);
 
 /// The base name of a Multiple Master instance: everything before the first underscore at or behind "MM_" or
@@ -50,8 +50,8 @@ bool KeyValueIs(CFDictionaryRef dict, CFStringRef key, CFStringRef value);
 /// A record with that name alone, or an empty one for null.
 CFMutableDictionaryRef CreateGlyphMarkDictionary(CFStringRef postScriptName);
 
-/// Whether a slug stores the key: PostScript name, kind, foundry, version, the three checksums, outline file size
-/// and name, family.
+/// Whether a slug stores the key: PostScript name, kind, foundry, version, the three checksums, outline file
+/// size and name, family.
 bool IsSluggableKey(CFStringRef key);
 
 /// Each takes out what a slug doesn't store, and returns true if anything went.
@@ -73,8 +73,8 @@ CFStringRef CreateLarderFoundryNameFromHornbeamFoundryName(CFStringRef name);
 /// Writes it back; true if the value changed.
 bool MapLarderFoundryNameToHornbeamFoundryName(CFMutableDictionaryRef font);
 
-/// Gives a missing old checksum the 1.2 value, and takes away a kerning checksum that can't be one. True if the
-/// record changed.
+/// Gives a missing old checksum the 1.2 value, and takes away a kerning checksum that can't be one. True if
+/// the record changed.
 bool FixGlyphMarkChecksumsIfNeeded(CFMutableDictionaryRef font);
 
 /// All three repairs on a record that came out of a slug; true if it changed. False without a font manager.
@@ -83,15 +83,16 @@ void PostProcessGlyphMarkSlug(CFMutableArrayRef fonts);
 
 // ---- Arrays
 
-/// Finds a name: an exact match anywhere beats one that differs in punctuation, and that one beats a match of the
-/// stripped names; within a level the lowest index wins.
+/// Finds a name: an exact match anywhere beats one that differs in punctuation, and that one beats a match of
+/// the stripped names; within a level the lowest index wins.
 ///
 /// \param outIndex  May be null; written on a match only.
 bool DoesArrayContainFontWithPostScriptName(CFArrayRef fonts, CFStringRef name, long* outIndex);
 
 /// Appends a record for the name, without the characters that a PostScript name can't hold.
 ///
-/// \return True if an entry was added: not for null, not for a name with nothing left, and, unless duplicates are
+/// \return True if an entry was added: not for null, not for a name with nothing left, and, unless duplicates
+/// are
 ///         allowed, not for one that is there already.
 bool AddFontToArray(CFStringRef postScriptName, CFMutableArrayRef fonts, bool allowDuplicates);
 
@@ -111,7 +112,8 @@ bool AllFontsResolved(CFArrayRef fonts, CFMutableArrayRef outMatchedFonts);
 
 /// The font manager's best match for the record.
 ///
-/// \param outBest  Receives a mutable copy that the caller owns; untouched when there is none, which alone is no
+/// \param outBest  Receives a mutable copy that the caller owns; untouched when there is none, which alone is
+/// no
 ///        failure.
 /// \return The lookup's code; -50 without record or font manager.
 int GetGlyphMarkDataForBestMatch(CFMutableDictionaryRef fontRecord, long workgroupID,
@@ -123,7 +125,8 @@ int GetGlyphMarkDataForBestMatch(CFMutableDictionaryRef fontRecord, long workgro
 /// \param excludeInactiveFonts  Keep only fonts that are active at the end.
 /// \param bGetAllFontInfo  Keep keys that a slug doesn't store.
 /// \param tryFamilyNames  With excludeInactiveFonts: search by family where the name finds nothing.
-/// \return 1000 without a connected font manager and -50 for null, both with nothing changed; 1000 from a lookup
+/// \return 1000 without a connected font manager and -50 for null, both with nothing changed; 1000 from a
+/// lookup
 ///         ends the walk, and the array is not to be used then; otherwise the code of the last lookup made.
 int AppendGlyphMarkDataToFonts(CFMutableArrayRef fonts, long workgroupID, bool excludeInactiveFonts,
                                bool bGetAllFontInfo, bool tryFamilyNames);
