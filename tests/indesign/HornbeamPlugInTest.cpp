@@ -50,6 +50,22 @@ TEST_F(StartUpService, WritesDefaultsOnceAndInstallsTheIdleTaskWhereThereIsOne) 
   EXPECT_EQ(task.delays, std::vector<uint32>{1000});
 }
 
+TEST_F(StartUpService, WithoutTheFrameworkTheHostTellsTheUser) {
+  loom.Loom().DestroyFramework();
+  responder.Startup();
+  ASSERT_EQ(host.alerts.size(), 1u);
+  EXPECT_TRUE(host.alerts.front().starts_with("The Talworth plug-in could not locate"))
+      << host.alerts.front();
+  EXPECT_FALSE(HornbeamGlobals::ArePluginServicesEnabled());
+}
+
+TEST_F(StartUpService, OffTheMainThreadNoMessageIsShown) {
+  loom.Loom().DestroyFramework();
+  host.isMainThread = false;
+  responder.Startup();
+  EXPECT_TRUE(host.alerts.empty());
+}
+
 TEST_F(StartUpService, TheLastCloseFreesDocumentsAndLeavesTheTracker) {
   InMemoryDocument document("A.idml");
   document.Use("Acme", {{"Bold", "Acme-Bold"}});

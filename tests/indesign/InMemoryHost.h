@@ -8,6 +8,7 @@
 #include "FakeBoss.h"
 #include "HornbeamID.h"
 #include "HornbeamPlugIn.h"
+#include "IAlert.h"
 #include "ICommandProcessor.h"
 #include "IDocumentSignalData.h"
 #include "IFontActivityReport.h"
@@ -34,13 +35,20 @@ struct TestSignal {
 class InMemoryHost {
  public:
   InMemoryHost()
-      : session_(*this), fontMgr_(*this), subject_(*this), links_(*this), commands_(*this), report_(*this) {
+      : session_(*this),
+        fontMgr_(*this),
+        subject_(*this),
+        links_(*this),
+        commands_(*this),
+        report_(*this),
+        alert_(*this) {
     session.Offer<ISession>(session_);
     session.Offer<IFontMgr>(fontMgr_);
     session.Offer<ISubject>(subject_);
     session.Offer<Facade::ILinkFacade>(links_);
     session.Offer<ICommandProcessor>(commands_);
     session.Offer<IFontActivityReport>(report_);
+    session.Offer<IAlert>(alert_);
     HornbeamPlugIn::GetInstance().SetSession(&session_);
   }
   InMemoryHost(const InMemoryHost&) = delete;
@@ -100,6 +108,7 @@ class InMemoryHost {
   std::vector<std::string> matched;  ///< Reports as "name id", with "*" for a font that was active.
   std::vector<std::string> problems;
   std::vector<std::string> deactivated;
+  std::vector<std::string> alerts;
   FakeBoss session;
 
  private:
@@ -189,6 +198,12 @@ class InMemoryHost {
     }
   };
 
+  class Alert : public Part<IAlert> {
+   public:
+    using Part::Part;
+    void ShowInformation(const PMString& text) override { owner.alerts.push_back(text.GetUTF8String()); }
+  };
+
   class SignalMgr : public CPMUnknown<ISignalMgr> {
    public:
     SignalMgr(IPMUnknown* boss, ServiceID service) : CPMUnknown(boss), service(service) {}
@@ -219,4 +234,5 @@ class InMemoryHost {
   Links links_;
   Commands commands_;
   Report report_;
+  Alert alert_;
 };

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "Activation/CommonFunctionality.h"
+#include "CAlert.h"
 #include "DocumentElement.h"
 #include "GBlockingLockStrategy.h"
 #include "GScopedLock.h"
@@ -12,6 +13,8 @@
 #include "IDThreading.h"
 #include "IIdleTask.h"
 #include "InterfacePtr.h"
+#include "LoomInterface/LoomInterface.h"
+#include "Memory/CFVector.h"
 #include "Utilities/DebugUtils.h"
 #include "Utilities/OperationTrace.h"
 
@@ -19,6 +22,11 @@ namespace {
 
 /// To the first run of the idle task, in milliseconds.
 constexpr uint32 kFirstIdleDelay = 1000;
+
+/// The one message that has to do without the UI framework is the host's to show.
+void ShowHostAlert(CFStringRef text) {
+  CAlert::InformationAlert(ToStdString(text));
+}
 
 template <class T>
 void EmptyFromTheBack(std::vector<T>& list) {
@@ -40,6 +48,7 @@ void AppStartupShutdownResponder::Startup() {
     return;
   }
   HostCall("AppStartupShutdownResponder::Startup", [] {
+    LoomInterface::SetHostMessageProc(&ShowHostAlert);
     CommonFunctionality::Startup(IDThreading::IsMainThreadDomain());
     CommonFunctionality::InitializeCommonPreferences();
     if (InterfacePtr<IIdleTask> task(GetExecutionContextSession(), IID_IHORNBEAMIDLETASK); task) {
@@ -55,6 +64,7 @@ void AppStartupShutdownResponder::Shutdown() {
   if (lock.IsLocked()) {
     HostCall("AppStartupShutdownResponder::Shutdown", [] {
       CommonFunctionality::Shutdown();
+      LoomInterface::SetHostMessageProc(nullptr);
       HBIndesignPluginGlobals::CleanUpOnShutdown();
     });
   }
