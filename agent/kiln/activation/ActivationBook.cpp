@@ -4,6 +4,7 @@
 #include <set>
 
 #include "kiln/store/Database.h"
+#include "protocol/ActivationStates.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -133,11 +134,6 @@ uint32_t ActivationBook::Start(const std::function<bool(int64_t)>& clientIsAlive
   return transaction.Commit();
 }
 
-bool ActivationBook::IsActive(wire::ActivationState state) {
-  return state != wire::ACTIVATION_INACTIVE && state != wire::ACTIVATION_MISSING &&
-         state != wire::ACTIVATION_UNUSABLE;
-}
-
 wire::ActivationState ActivationBook::StateFor(const FontRow& row, int64_t clientID) {
   if (row.font.is_system()) return wire::ACTIVATION_SYSTEM;
   const std::vector<ActivationRow> rows = mActivations.OfFont(row.font.id());
@@ -196,13 +192,14 @@ uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, wire::Activ
 }
 
 uint32_t ActivationBook::Activate(int64_t clientID, std::span<const uint32_t> fontIDs,
-                                  wire::ActivationMode mode, ActivateResult& result) {
+                                  const WorkgroupScope& scope, wire::ActivationMode mode,
+                                  ActivateResult& result) {
   Change change(*this);
   if (!change.Began()) return mDatabase.Error();
   std::set<uint32_t> seen;
   for (const uint32_t id : fontIDs) {
     if (!seen.insert(id).second) continue;
-    std::optional<FontRow> row = mFonts.Load(id);
+    std::optional<FontRow> row = mFonts.Load(id, scope);
     if (!row) {
       result.failures[id] = codes::kInvalidFontIDs;
       continue;

@@ -41,7 +41,6 @@ class ActivationBook {
 
   /// The state of a font as a client sees it now.
   wire::ActivationState StateFor(const FontRow& row, int64_t clientID);
-  static bool IsActive(wire::ActivationState state);
 
   struct ActivateResult {
     std::vector<FontRow> fonts;             ///< in order; `font.state` is that before the call
@@ -49,9 +48,10 @@ class ActivationBook {
     ActivationChange change;
   };
   /// Activates fonts for a client, or by hand. An ID that stands twice is one.
+  /// \param scope  Gives the workgroup that the records name; a font outside it isn't known.
   /// \return 0 or the database's error. A font that can't be activated is no error.
-  uint32_t Activate(int64_t clientID, std::span<const uint32_t> fontIDs, wire::ActivationMode mode,
-                    ActivateResult& result);
+  uint32_t Activate(int64_t clientID, std::span<const uint32_t> fontIDs, const WorkgroupScope& scope,
+                    wire::ActivationMode mode, ActivateResult& result);
 
   struct DeactivateResult {
     std::vector<uint32_t> released;  ///< given back

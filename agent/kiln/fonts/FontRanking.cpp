@@ -2,10 +2,11 @@
 
 #include <strings.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <string>
 
-#include "kiln/activation/ActivationBook.h"
+#include "protocol/ActivationStates.h"
 
 namespace kiln {
 namespace {
@@ -18,16 +19,22 @@ bool Agrees(const std::string& wanted, const std::string& found) {
   return !wanted.empty() && wanted.size() == found.size() && strcasecmp(wanted.c_str(), found.c_str()) == 0;
 }
 
-// Versions as numbers where both are, so that "2.10" is what its font says it is: less than "2.9".
+// The number that a version begins with; 0 for a text like "nan", which strtod() takes for one.
+double VersionNumber(const std::string& version) {
+  const double number = std::strtod(version.c_str(), nullptr);
+  return std::isfinite(number) ? number : 0;
+}
+
+// The newer one first. Numbers are decimal, as in fonts: 2.10 is less than 2.9.
 int CompareVersions(const std::string& first, const std::string& second) {
-  const double one = std::strtod(first.c_str(), nullptr);
-  const double two = std::strtod(second.c_str(), nullptr);
+  const double one = VersionNumber(first);
+  const double two = VersionNumber(second);
   if (one != two) return one > two ? -1 : 1;
   return second.compare(first);
 }
 
 int StateRank(const wire::Font& font) {
-  if (!ActivationBook::IsActive(font.state())) return font.state() == wire::ACTIVATION_INACTIVE ? 2 : 3;
+  if (!IsActive(font.state())) return font.state() == wire::ACTIVATION_INACTIVE ? 2 : 3;
   return font.is_system() ? 1 : 0;
 }
 

@@ -83,7 +83,9 @@ class FontReaderPool::Worker : public std::enable_shared_from_this<Worker> {
   void Watch() {
     mTimer.expires_after(mSent.empty() ? kIdle : std::chrono::seconds(kLongestRead));
     mTimer.async_wait([self = shared_from_this()](auto error) {
-      if (!error && self->mPool) self->End();
+      // Set anew while this wait was on its way: not over after all.
+      const bool over = self->mTimer.expiry() <= std::chrono::steady_clock::now();
+      if (!error && over && self->mPool) self->End();
     });
   }
 

@@ -22,12 +22,6 @@ struct ActivationRow {
   bool hold = false;
 };
 
-/// For all programs, and not in one client's process only.
-inline bool IsGlobal(wire::ActivationState kind) {
-  return kind == wire::ACTIVATION_AUTO || kind == wire::ACTIVATION_TEMPORARY ||
-         kind == wire::ACTIVATION_PERMANENT;
-}
-
 /// The rows of the activations; what they mean is ActivationBook's.
 class ActivationStore {
  public:

@@ -8,6 +8,7 @@ LibraryWriter::LibraryWriter(Database& database, const KilnPaths& paths)
     : mPaths(paths),
       mFileWithHash(database, "SELECT id, extension FROM files WHERE hash = ?"),
       mFacesOfFile(database, "SELECT id, postscript_name FROM fonts WHERE file_id = ? ORDER BY face_index"),
+      mFaceIndexes(database, "SELECT face_index FROM fonts WHERE file_id = ?"),
       mAddVaultFile(
           database,
           "INSERT INTO files (hash, extension, name, size, checksum, described) VALUES (?, ?, ?, ?, ?, 1)"
@@ -93,6 +94,13 @@ uint32_t LibraryWriter::PutFace(int64_t fileID, const wire::ReadFace& face) {
   uint32_t id = 0;
   while (mPutFace.Next()) id = static_cast<uint32_t>(mPutFace.Number(0));
   return id;
+}
+
+std::set<uint32_t> LibraryWriter::FaceIndexes(int64_t fileID) {
+  std::set<uint32_t> indexes;
+  mFaceIndexes.Start(fileID);
+  while (mFaceIndexes.Next()) indexes.insert(static_cast<uint32_t>(mFaceIndexes.Number(0)));
+  return indexes;
 }
 
 bool LibraryWriter::PutInWorkgroup(uint32_t fontID, uint32_t workgroupID) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,7 @@ class LibraryWriter {
   int64_t PutSystemFile(const std::string& path, uint64_t size, int64_t modified);
   /// Adds a face to a file, or writes its data anew and keeps its ID.
   uint32_t PutFace(int64_t fileID, const wire::ReadFace& face);
+  std::set<uint32_t> FaceIndexes(int64_t fileID);
   bool PutInWorkgroup(uint32_t fontID, uint32_t workgroupID);
   /// With all its fonts.
   bool RemoveFile(int64_t fileID);
@@ -69,6 +71,7 @@ class LibraryWriter {
   const KilnPaths& mPaths;
   Statement mFileWithHash;
   Statement mFacesOfFile;
+  Statement mFaceIndexes;
   Statement mAddVaultFile;
   Statement mPutSystemFile;
   Statement mAddFamilyGroup;

@@ -43,7 +43,7 @@ void Statement::Reset() {
 }
 
 void Statement::Bind(int index, std::string_view text) {
-  sqlite3_bind_text64(mStatement, index, text.data() ? text.data() : "", text.size(), SQLITE_STATIC,
+  sqlite3_bind_text64(mStatement, index, text.data() ? text.data() : "", text.size(), SQLITE_TRANSIENT,
                       SQLITE_UTF8);
 }
 
