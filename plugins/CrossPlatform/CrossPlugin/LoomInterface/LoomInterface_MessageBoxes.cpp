@@ -92,12 +92,19 @@ void LoomInterface::ShowVaultNotAvailableMessage(CFStringRef path) {
   ShowVaultMessage(CFSTR("CouldNotOpenVaultLaunchPrefs"), path);
 }
 
-// A box has room for a key and no arguments, so the sentence is fetched here and the path put behind it; the
-// framework shows a text that is no key as it stands.
+// A box has room for a key and no arguments, so the sentence is fetched here and the path put where it says
+// "%@", else behind it; the framework shows a text that is no key as it stands.
 void LoomInterface::ShowVaultMessage(CFStringRef messageKey, CFStringRef path) {
   const RetainPtr<CFStringRef> sentence = adoptCF(LocalizedString(messageKey));
-  const RetainPtr<CFStringRef> message =
-      XCFUtils::CreateString(XCFUtils::GetStdString(sentence.get()) + "\n" + XCFUtils::GetStdString(path));
+  const std::string pathText = XCFUtils::GetStdString(path);
+  std::string text = XCFUtils::GetStdString(sentence.get());
+  const size_t place = text.find("%@");
+  if (place == std::string::npos) {
+    text += "\n" + pathText;
+  } else {
+    text.replace(place, 2, pathText);
+  }
+  const RetainPtr<CFStringRef> message = XCFUtils::CreateString(text);
   ShowMessageBox(nullptr, message.get(), kOKButton);
 }
 

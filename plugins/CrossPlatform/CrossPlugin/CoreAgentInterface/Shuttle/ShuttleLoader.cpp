@@ -106,8 +106,9 @@ void ShuttleLoader::FindAndBind() {
   if (m_location.empty()) m_location = FolderOf(bundle.get());
   m_version = XCFUtils::GetStdString(
       CFBundleGetValueForInfoDictionaryKey(bundle.get(), CFSTR("CFBundleShortVersionString")));
-  // Its functions are called until the process ends, so the bundle is never given back.
-  ResetFunctionPointers(this, bundle.leakRef());
+  // Its functions are called until the process ends, so the bundle is kept as long as the table.
+  m_bundle = bundle;
+  ResetFunctionPointers(this, bundle.get());
 }
 
 bool ShuttleLoader::IsLoaded(std::string* outLocation, std::string* outVersion, int* outMissingCount) const {

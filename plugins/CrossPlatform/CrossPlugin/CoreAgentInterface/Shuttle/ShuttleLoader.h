@@ -5,6 +5,7 @@
 #include <string>
 
 #include "CoreAgentInterface/Shuttle/ShuttleFunctions.h"
+#include "Memory/RetainPtr.h"
 
 /// Finds the agent's client library, the bundle "TalworthPluginInterface.framework", and binds its entries.
 ///
@@ -85,10 +86,10 @@ class ShuttleLoader : public ShuttleFunctions {
   ErrCode name(Arguments... arguments) const {      \
     return CallAgent(this->pf##name, arguments...); \
   }
-#define FLAG_ENTRY(name)                                          \
-  int name() const {                                              \
-    FacadeRef facade = GetPluginFacadeInstance();                 \
-    return this->pf##name && facade ? this->pf##name(facade) : 0; \
+#define FLAG_ENTRY(name)                              \
+  int name() const {                                  \
+    if (this->pf##name == nullptr) return 0;          \
+    return this->pf##name(GetPluginFacadeInstance()); \
   }
 #define COLUMN_ENTRY(name)                                                \
   ErrCode name(char* buffer, unsigned long size) const {                  \
@@ -122,6 +123,7 @@ class ShuttleLoader : public ShuttleFunctions {
   std::string m_location;
   std::string m_version;
   int m_nMissing = kNeverBound;
+  RetainPtr<CFBundleRef> m_bundle;
 
   static ShuttleLoader* sSharedInstance;
 };

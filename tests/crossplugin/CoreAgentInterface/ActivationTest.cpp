@@ -1,0 +1,197 @@
+#include "Activation/Vocabulary/FontRecordKeys.h"
+#include "CoreAgentInterface/AgentTest.h"
+#include "Memory/CFVector.h"
+
+namespace {
+
+class ActivationTest : public AgentTest {
+ protected:
+  RetainPtr<CFMutableArrayRef> Fonts(std::vector<unsigned int> ids) {
+    const auto list = MakeArray();
+    for (const unsigned int id : ids) CFArrayAppendValue(list.get(), MakeMatchedFont("F", id).get());
+    return list;
+  }
+
+  void SetMode(bool locally, bool globally) {
+    loom.SetPreference("ActivateLocally", locally);
+    loom.SetPreference("ActivateGlobally", globally);
+  }
+
+  const RetainPtr<CFMutableArrayRef> activated = MakeArray();
+  const RetainPtr<CFMutableArrayRef> refused = MakeArray();
+};
+
+TEST_F(ActivationTest, ModeDecidesWhichCallsAreMade) {
+  const std::string global = "ActivateFonts(2, [7 9], 0, 1, 1, 1, 2, 2, *, *, *, *)";
+  const std::string local = "PreviewActivateFonts(2, [7 9], 0)";
+  const struct {
+    bool locally, globally;
+    std::vector<std::string> calls;
+  } kCases[] = {{false, false, {global}},
+                {false, true, {global}},
+                {true, false, {local}},
+                {true, true, {global, local}}};
+  Connect();
+  const auto fonts = Fonts({7, 9});
+  for (const auto& row : kCases) {
+    SetMode(row.locally, row.globally);
+    library.calls.clear();
+    EXPECT_EQ(agent->ActivateFontsByID(fonts.get(), "doc", nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(library.calls, row.calls);
+  }
+}
+
+TEST_F(ActivationTest, OneFontGoesOutWithRoomForOne) {
+  Connect();
+  EXPECT_EQ(agent->ActivateFontByID(MakeMatchedFont("F", 4294967295u).get(), "doc", nullptr), 0);
+  EXPECT_EQ(library.calls,
+            std::vector<std::string>{"ActivateFonts(1, [4294967295], 0, 1, 1, 1, 1, 1, *, *, *, *)"});
+  library.results["ActivateFonts"] = GOspreyAssetManager::kFontMissing;
+  EXPECT_EQ(agent->ActivateFontByID(MakeMatchedFont("F", 7).get(), "doc", nullptr), -1);
+}
+
+TEST_F(ActivationTest, OfBothCallsTheSecondDecides) {
+  Connect();
+  SetMode(true, true);
+  const auto fonts = Fonts({7});
+  library.results["ActivateFonts"] = CoreErrorCodes::kError;
+  EXPECT_EQ(agent->ActivateFontsByID(fonts.get(), "doc", nullptr, nullptr, nullptr), 0);
+  library.results = {{"PreviewActivateFonts", CoreErrorCodes::kError}};
+  EXPECT_EQ(agent->ActivateFontsByID(fonts.get(), "doc", nullptr, nullptr, nullptr), -1);
+}
+
+TEST_F(ActivationTest, FailedFontsAreLeftOutOfTheActivatedOnes) {
+  Connect();
+  library.failedIDs = {9};
+  EXPECT_EQ(
+      agent->ActivateFontsByID(Fonts({7, 9, 0, 8}).get(), "doc", nullptr, activated.get(), refused.get()), 0);
+  EXPECT_EQ(FontIDsOf(activated.get()), (std::vector<unsigned int>{7, 8}));
+  EXPECT_EQ(CFArrayGetCount(refused.get()), 0);
+}
+
+TEST_F(ActivationTest, RefusedFontsAreReturnedInTheirOrder) {
+  Connect();
+  library.refusedIDs = {8, 7};
+  EXPECT_EQ(agent->ActivateFontsByID(Fonts({7, 9, 8}).get(), "doc", nullptr, activated.get(), refused.get()),
+            -1);
+  EXPECT_EQ(FontIDsOf(refused.get()), (std::vector<unsigned int>{7, 8}));
+  EXPECT_EQ(CFArrayGetCount(activated.get()), 0);
+}
+
+TEST_F(ActivationTest, CountsBeyondTheRoomAreCut) {
+  Connect();
+  library.failedIDs = {9, 1, 2, 3, 4, 5, 6};
+  EXPECT_EQ(agent->ActivateFontsByID(Fonts({7, 9}).get(), "doc", nullptr, activated.get(), nullptr), 0);
+  EXPECT_EQ(FontIDsOf(activated.get()), std::vector<unsigned int>{7});
+}
+
+TEST_F(ActivationTest, EmptyListsAskNothing) {
+  Connect();
+  EXPECT_EQ(agent->ActivateFontsByID(nullptr, "doc", nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(agent->ActivateFontsByID(Fonts({}).get(), "doc", nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(agent->DeactivateFonts(nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(agent->DeactivateFonts(Fonts({}).get(), nullptr, nullptr), 0);
+  EXPECT_TRUE(library.calls.empty());
+}
+
+TEST_F(ActivationTest, DeactivatedFontsAreTheOnesWithAnID) {
+  Connect();
+  EXPECT_EQ(agent->DeactivateFonts(Fonts({7, 0, 9}).get(), nullptr, activated.get()), 0);
+  EXPECT_EQ(FontIDsOf(activated.get()), (std::vector<unsigned int>{7, 9}));
+  EXPECT_EQ(agent->DeactivateFont(MakeMatchedFont("F", 5).get(), nullptr), 0);
+  EXPECT_EQ(library.calls,
+            (std::vector<std::string>{"DeactivateFonts(2, [7 9], 0)", "DeactivateFonts(1, [5], 0)"}));
+  library.results["DeactivateFonts"] = GFontActivation::kOSDeactivationError;
+  CFArrayRemoveAllValues(activated.get());
+  EXPECT_EQ(agent->DeactivateFonts(Fonts({7}).get(), nullptr, activated.get()), -1);
+  EXPECT_EQ(CFArrayGetCount(activated.get()), 0);
+}
+
+TEST_F(ActivationTest, DocumentFontsGoOutWithTheUsersSettings) {
+  Connect();
+  library.AddFont("Known");
+  const auto fonts = MakeFontList({MakeFontRecord({{kGM_PostScriptNameKey, "Known"}}),
+                                   MakeFontRecord({{kGM_PostScriptNameKey, "Strange"}})});
+  const auto matched = MakeArray();
+  const auto problems = MakeArray();
+  loom.SetPreference("PickBestMatch", 1);
+  loom.SetPreference("CurrentWorkgroup", -2);
+  EXPECT_EQ(agent->ActivateDocumentFontsByPath("/a.indd", fonts.get(), matched.get(), problems.get()), 0);
+  EXPECT_EQ(library.calls.back(), "ActivateDocumentFontsByPath('/a.indd', *, 0, 0, 1, 0, 0, *, *)");
+  EXPECT_EQ(FontNamesOf(matched.get()), std::vector<std::string>{"Known"});
+  EXPECT_EQ(FontNamesOf(problems.get()), std::vector<std::string>{"Strange"});
+
+  loom.SetPreference("ActivateEntireFamilies", 1);
+  loom.SetPreference("EnableGlyphMark", 1);
+  loom.SetPreference("PickBestMatch", 0);
+  loom.SetPreference("CurrentWorkgroup", 1);
+  library.results["ActivateDocumentFontsByPath"] = CoreErrorCodes::kNotFound;
+  EXPECT_EQ(agent->ActivateDocumentFontsByPath("/a.indd", fonts.get(), matched.get(), problems.get()),
+            static_cast<int>(CoreErrorCodes::kNotFound));
+  EXPECT_EQ(library.calls.back(), "ActivateDocumentFontsByPath('/a.indd', *, 0, 1, 0, 1, 1, *, *)");
+}
+
+TEST_F(ActivationTest, FontsOfADisabledRemoteLibraryAreRemoved) {
+  Connect();
+  const auto number = adoptCF(CFNumberCreate(nullptr, kCFNumberIntType, std::vector<int>{8}.data()));
+  const auto withNumber = MakeFontRecord({{kGM_PostScriptNameKey, "C"}});
+  CFDictionarySetValue(withNumber.get(), kGM_WorkgroupTypeKey, number.get());
+  const auto fonts =
+      MakeFontList({MakeFontRecord({{kGM_PostScriptNameKey, "A"}, {kGM_WorkgroupTypeKey, "8"}}),
+                    MakeFontRecord({{kGM_PostScriptNameKey, "B"}, {kGM_WorkgroupTypeKey, "3"}}), withNumber});
+  library.googleFontsEnabled = 1;
+  EXPECT_EQ(agent->RemoveRemoteFonts(fonts.get()), 0);
+  EXPECT_EQ(CFArrayGetCount(fonts.get()), 3);
+  library.googleFontsEnabled = 0;
+  EXPECT_EQ(agent->RemoveRemoteFonts(fonts.get()), 0);
+  EXPECT_EQ(FontNamesOf(fonts.get()), std::vector<std::string>{"B"});
+  EXPECT_EQ(agent->RemoveRemoteFonts(nullptr), -1);
+}
+
+// ---- Sets.
+
+TEST_F(ActivationTest, ASetIsMadeOfTheFontsThatAreNotTheSystems) {
+  Connect();
+  const auto fonts = MakeFontList(
+      {MakeMatchedFont("A", 7),
+       MakeFontRecord({{kGM_PostScriptNameKey, "B"}, {kGM_DatabaseIDKey, "8"}, {kGM_IsSystemKey, "1"}})});
+  EXPECT_EQ(agent->MakeSetForDocumentFonts(CFSTR("Flyer"), fonts.get()), 0);
+  EXPECT_EQ(library.calls.back(), "CreateTopLevelSet(*, 'Flyer', 1, 0, 0, 1, [7])");
+  EXPECT_EQ(loom.questions,
+            std::vector<std::string>{
+                "Create a [FONT_MANAGER_MODIFIER] set for this document's fonts?|Set Name:|Flyer"});
+}
+
+TEST_F(ActivationTest, NoSetWithoutOneWorkgroupOrAnAnswer) {
+  Connect();
+  const auto fonts = Fonts({7});
+  EXPECT_EQ(agent->MakeSetForDocumentFonts(nullptr, fonts.get()), -1);
+  loom.cancelsText = true;
+  EXPECT_EQ(agent->MakeSetForDocumentFonts(CFSTR("Flyer"), fonts.get()), 0);
+  loom.cancelsText = false;
+  loom.SetPreference("CurrentWorkgroup", -2);
+  EXPECT_EQ(agent->MakeSetForDocumentFonts(CFSTR("Flyer"), fonts.get()), -1);
+  EXPECT_EQ(library.CountCalls("CreateTopLevelSet"), 0);
+}
+
+TEST_F(ActivationTest, ALongSetNameIsCutBetweenCharacters) {
+  const std::string musicalNote = "\xF0\x9D\x84\x9E";  // two UTF-16 units
+  const struct {
+    std::string name, used;
+    bool told;
+  } kCases[] = {
+      {std::string(255, 'x'), std::string(255, 'x'), false},
+      {std::string(300, 'x'), std::string(255, 'x'), true},
+      {std::string(254, 'x') + musicalNote, std::string(254, 'x'), true},
+      {std::string(253, 'x') + musicalNote + "y", std::string(253, 'x') + musicalNote, true},
+  };
+  Connect();
+  for (const auto& row : kCases) {
+    loom.boxes.clear();
+    EXPECT_EQ(agent->MakeSetForDocumentFonts(ToCFString(row.name).get(), Fonts({7}).get()), 0);
+    EXPECT_EQ(library.calls.back(), "CreateTopLevelSet(*, '" + row.used + "', 1, 0, 0, 1, [7])");
+    EXPECT_EQ(loom.boxes.size(), row.told ? 1u : 0u);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,242 @@
+#include <atomic>
+#include <thread>
+
+#include "CoreAgentInterface/AgentTest.h"
+#include "CoreAgentInterface/CoreAgentPluginNotification.h"
+#include "CoreAgentInterface/CoreAgentPluginNotificationQueue.h"
+#include "CoreAgentInterface/PluginNotificationKeys.h"
+#include "CoreAgentInterface/WorkgroupRecord.h"
+#include "Memory/CFCast.h"
+#include "Memory/CFVector.h"
+
+namespace {
+
+class NotificationsTest : public AgentTest {
+ protected:
+  NotificationsTest() { Connect(); }
+
+  static RetainPtr<CFMutableDictionaryRef> LoginState(bool loggedIn, int serverType = 1) {
+    const auto state = MakeDictionary();
+    CFDictionarySetValue(state.get(), CFSTR("isLoggedIn"), loggedIn ? kCFBooleanTrue : kCFBooleanFalse);
+    const auto type = adoptCF(CFNumberCreate(nullptr, kCFNumberIntType, &serverType));
+    CFDictionarySetValue(state.get(), CFSTR("serverType"), type.get());
+    return state;
+  }
+
+  void Send(int kind, void* payload = nullptr) { EXPECT_EQ(CoreAgentNotificationCallback(kind, payload), 0); }
+};
+
+// ---- What a callback becomes.
+
+TEST_F(NotificationsTest, EachKindHasItsKeyAndOthersAreIgnored) {
+  const std::map<int, const char*> kKeys = {{0, "kPluginNotification_AgentShutdown"},
+                                            {1, "kPluginNotification_OnlineStateChanged"},
+                                            {2, "kPluginNotification_LoggedInStateChanged"},
+                                            {3, "kPluginNotification_WorkgroupsChanged"},
+                                            {4, "kPluginNotification_UserPermissionsChanged"},
+                                            {8, "kPluginNotification_FontActivated"},
+                                            {9, "kPluginNotification_FontDeactivated"},
+                                            {10, "kPluginNotification_FontMissing"},
+                                            {14, "kPluginNotification_GoogleWebFontsEnabled"},
+                                            {15, "kPluginNotification_GoogleReplicationProgress"},
+                                            {16, "kPluginNotification_GoogleReplicationStopped"},
+                                            {17, "kPluginNotification_PreviewPNGsRendered"},
+                                            {18, "kPluginNotification_SmartListsChanged"},
+                                            {19, "kPluginNotification_BulkReplicationProgress"},
+                                            {20, "kPluginNotification_BulkReplicationStopped"},
+                                            {21, "kPluginNotification_IncrementalReplicationProgress"},
+                                            {22, "kPluginNotification_IncrementalReplicationStopped"},
+                                            {23, "kPluginNotification_PanelDataChanged"},
+                                            {24, "kPluginNotification_DesignActivationNonCompliant"},
+                                            {25, "kPluginNotification_OfflineDownloadFinished"},
+                                            {27, "kPluginNotification_FontServerReplicationProgress"},
+                                            {28, "kPluginNotification_FontServerReplicationStopped"}};
+  const std::set<int> kWithDictionary = {2, 15, 17, 19, 21, 27};
+  const std::set<int> kWithPointer = {1, 8, 9, 10, 14, 24};
+  const auto pairs = MakeDictionary();
+  CFDictionarySetValue(pairs.get(), CFSTR("text"), CFSTR("Importing"));
+  unsigned int fontID = 1;
+  for (int kind = -1; kind <= 40; ++kind) {
+    SCOPED_TRACE(kind);
+    void* payload = kWithDictionary.contains(kind) ? static_cast<void*>(pairs.get()) : &fontID;
+    const auto notification = CoreAgentPluginNotification::Create(kind, payload);
+    const auto expected = kKeys.find(kind);
+    ASSERT_EQ(notification != nullptr, expected != kKeys.end());
+    if (notification == nullptr) continue;
+    EXPECT_TRUE(CFDictionaryContainsKey(notification->GetDictionary(), ToCFString(expected->second).get()));
+    const bool needsData = kWithDictionary.contains(kind) || kWithPointer.contains(kind);
+    EXPECT_EQ(CoreAgentPluginNotification::Create(kind, nullptr) == nullptr, needsData);
+  }
+  EXPECT_EQ(CoreAgentPluginNotification::Create(19, const_cast<void*>(static_cast<const void*>(CFSTR("no")))),
+            nullptr);
+}
+
+TEST_F(NotificationsTest, NothingOfTheLibrarysMemoryOutlivesTheCall) {
+  unsigned int fontID = 0xFFFFFFF0;
+  const auto font = CoreAgentPluginNotification::Create(8, &fontID);
+  fontID = 0;
+  int64_t stored = 0;
+  CFNumberGetValue(dynamicCF<CFNumberRef>(CFDictionaryGetValue(font->GetDictionary(),
+                                                               kPluginNotification_FontActivation_Font_ID)),
+                   kCFNumberSInt64Type, &stored);
+  EXPECT_EQ(stored, 0xFFFFFFF0);
+
+  const auto inner = MakeDictionary();
+  CFDictionarySetValue(inner.get(), CFSTR("pngFilename"), CFSTR("a.png"));
+  const auto previews = MakeDictionary();
+  CFDictionarySetValue(previews.get(), CFSTR("7"), inner.get());
+  const auto rendered = CoreAgentPluginNotification::Create(17, previews.get());
+  CFDictionaryRemoveAllValues(inner.get());
+  CFDictionaryRemoveAllValues(previews.get());
+  const auto kept = dynamicCF<CFDictionaryRef>(
+      CFDictionaryGetValue(rendered->GetDictionary(), kPluginNotification_FontPNGs));
+  ASSERT_NE(kept, nullptr);
+  const auto keptInner = dynamicCF<CFDictionaryRef>(CFDictionaryGetValue(kept, CFSTR("7")));
+  EXPECT_EQ(FontValue(keptInner, CFSTR("pngFilename")), "a.png");
+  EXPECT_FALSE(IsMutableCF(kept));
+}
+
+// ---- The drain.
+
+TEST_F(NotificationsTest, WhatArrivesDuringADrainIsHandledInIt) {
+  HornbeamGlobals::SetLoggedIn(true);
+  Send(2, LoginState(false).get());  // shows a box
+  Send(23);
+  loom.duringBox = [this] {
+    Send(18);
+    EXPECT_EQ(agent->ProcessNotifications(), 0) << "no drain inside a drain";
+  };
+  EXPECT_EQ(agent->ProcessNotifications(), 3);
+  EXPECT_EQ(agent->ProcessNotifications(), 0);
+}
+
+TEST_F(NotificationsTest, ADrainLeavesWhatIsBeyondItsLimit) {
+  constexpr int kLimit = CoreAgentPluginNotificationQueue::kMaxPerDrain;
+  for (int i = 0; i < kLimit + 5; ++i) Send(23);
+  EXPECT_EQ(agent->ProcessNotifications(), kLimit);
+  EXPECT_EQ(agent->ProcessNotifications(), 5);
+}
+
+TEST_F(NotificationsTest, AManagerDeletedByAResponseIsNotTouchedAgain) {
+  Send(0);
+  Send(23);
+  loom.duringBox = [this] { agent.reset(); };
+  LiveAgent* manager = agent.get();
+  EXPECT_EQ(manager->ProcessNotifications(), 2);
+  Send(23);
+}
+
+TEST_F(NotificationsTest, CallbacksMayRaceWithTheEndOfTheManager) {
+  std::atomic<bool> stop = false;
+  std::thread agentThread([&stop, this] {
+    unsigned int fontID = 7;
+    while (!stop) Send(8, &fontID);
+  });
+  for (int i = 0; i < 50; ++i) {
+    Connect();
+    agent->ProcessNotifications();
+    agent.reset();
+  }
+  stop = true;
+  agentThread.join();
+}
+
+// ---- What a notification does.
+
+TEST_F(NotificationsTest, WithoutAManagerNothingIsDone) {
+  bool online = false;
+  const auto notification = CoreAgentPluginNotification::Create(1, &online);
+  agent.reset();
+  EXPECT_EQ(notification->Respond(), -1);
+  EXPECT_TRUE(loom.online);
+}
+
+TEST_F(NotificationsTest, OnlineStateReachesTheFramework) {
+  for (bool online : {false, true}) {
+    Send(1, &online);
+    agent->ProcessNotifications();
+    EXPECT_EQ(loom.online, online);
+  }
+}
+
+struct LoginCase {
+  const char* name;
+  bool before;
+  bool now;
+  int serverType;
+  bool loggedInAfter;
+  bool servicesAfter;
+  size_t boxes;
+};
+
+const LoginCase kLoginCases[] = {
+    {"log-out", true, false, 1, false, false, 1},
+    {"second log-out", false, false, 1, false, true, 0},
+    {"log-in", false, true, 1, true, true, 0},
+    {"log-out of another server", true, false, 3, true, true, 0},
+    {"log-in to another server", false, true, 3, false, true, 0},
+};
+
+TEST_F(NotificationsTest, LoginStateChangesFlagsAndServices) {
+  for (const LoginCase& row : kLoginCases) {
+    SCOPED_TRACE(row.name);
+    SetFlags(true);
+    HornbeamGlobals::SetLoggedIn(row.before);
+    loom.boxes.clear();
+    Send(2, LoginState(row.now, row.serverType).get());
+    agent->ProcessNotifications();
+    EXPECT_EQ(HornbeamGlobals::LoggedIn(), row.loggedInAfter);
+    EXPECT_EQ(HornbeamGlobals::PluginServicesEnabled(), row.servicesAfter);
+    EXPECT_EQ(loom.boxes.size(), row.boxes);
+    EXPECT_TRUE(HornbeamGlobals::ConnectedToCore());
+  }
+}
+
+TEST_F(NotificationsTest, LoginDuringReplicationChecksTheWorkgroupAtItsEnd) {
+  loom.SetPreference("CurrentWorkgroup", 77);
+  Send(19, MakeDictionary().get());
+  Send(2, LoginState(true).get());
+  agent->ProcessNotifications();
+  EXPECT_TRUE(HornbeamGlobals::BulkReplicationRunning());
+  EXPECT_EQ(loom.GetPreference("CurrentWorkgroup"), 77);
+  FontManagerInterface::SetValidWorkgroupSelected(false);
+  Send(20);
+  agent->ProcessNotifications();
+  EXPECT_FALSE(HornbeamGlobals::BulkReplicationRunning());
+  EXPECT_EQ(loom.GetPreference("CurrentWorkgroup"), 1);
+}
+
+TEST_F(NotificationsTest, IncrementalReplicationHasItsOwnFlag) {
+  Send(21, MakeDictionary().get());
+  agent->ProcessNotifications();
+  EXPECT_TRUE(HornbeamGlobals::IncrementalReplicationRunning());
+  EXPECT_FALSE(HornbeamGlobals::BulkReplicationRunning());
+  Send(22);
+  agent->ProcessNotifications();
+  EXPECT_FALSE(HornbeamGlobals::ReplicationRunning());
+}
+
+TEST_F(NotificationsTest, ChangedWorkgroupsAreLookedAtOnlyWithoutAValidOne) {
+  for (const int kind : {3, 4}) {
+    loom.SetPreference("CurrentWorkgroup", 77);
+    FontManagerInterface::SetValidWorkgroupSelected(true);
+    Send(kind);
+    agent->ProcessNotifications();
+    EXPECT_EQ(loom.GetPreference("CurrentWorkgroup"), 77);
+    FontManagerInterface::SetValidWorkgroupSelected(false);
+    Send(kind);
+    agent->ProcessNotifications();
+    EXPECT_EQ(loom.GetPreference("CurrentWorkgroup"), 1);
+    EXPECT_TRUE(FontManagerInterface::IsValidWorkgroupSelected());
+  }
+}
+
+TEST_F(NotificationsTest, AgentShutdownSwitchesServicesOffAndSaysSo) {
+  Send(0);
+  agent->ProcessNotifications();
+  EXPECT_FALSE(HornbeamGlobals::PluginServicesEnabled());
+  EXPECT_FALSE(HornbeamGlobals::ConnectedToCore());
+  EXPECT_EQ(loom.Messages(), std::vector<std::string>{"FontManagerNotFoundMessage"});
+}
+
+}  // namespace

@@ -1,0 +1,278 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "LoomInterface/LoomInterface.h"
+#include "LoomInterface/PreferenceKeys.h"
+#include "support/FakeFontManager.h"
+#include "support/FakeLoom.h"
+#include "support/FakeSystem.h"
+#include "support/ScopedEnvironment.h"
+#include "support/ScopedReplacement.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+// ---- Starting.
+
+CFMutableDictionaryRef sStartup = nullptr;
+
+TEST(LoomStart, StatusTellsWhatFailed) {
+  const struct {
+    const char* name;
+    std::function<void(LoomFunctions&)> change;
+    int status;
+  } kCases[] = {
+      {"up", [](LoomFunctions&) {}, LoomInterface::kUp},
+      {"refuses the version",
+       [](LoomFunctions& table) { table.pfLoomIsVersionCompatible = [](const char*) { return false; }; },
+       LoomInterface::kVersionRefused},
+      {"lacks the version check", [](LoomFunctions& table) { table.pfLoomIsVersionCompatible = nullptr; },
+       LoomInterface::kVersionRefused},
+      {"fails to start",
+       [](LoomFunctions& table) {
+         table.pfLoomInitializeFramework = [](CFMutableDictionaryRef) { return 5; };
+       },
+       LoomInterface::kInitializationFailed},
+      {"can't be started", [](LoomFunctions& table) { table.pfLoomInitializeFramework = nullptr; },
+       LoomInterface::kInitializationFailed},
+  };
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.name);
+    LoomFunctions table = FakeLoom::Table();
+    row.change(table);
+    FakeLoom framework(table);
+    framework.SetPreference("PickBestMatch", 1);
+    const bool up = row.status == LoomInterface::kUp;
+    EXPECT_EQ(framework.Loom().GetError(), row.status);
+    EXPECT_EQ(framework.Loom().IsValid(), up);
+    EXPECT_EQ(framework.Loom().GetOpaqueOsData() != nullptr, up);
+    EXPECT_EQ(framework.Loom().GetPickBestMatch(), up);
+    framework.Loom().ShowGoOnlineErrorMessageBox();
+    EXPECT_EQ(framework.boxes.size(), up ? 1u : 0u);
+  }
+}
+
+TEST(LoomStart, FrameworkIsToldWhoStartsIt) {
+  LoomFunctions table = FakeLoom::Table();
+  table.pfLoomInitializeFramework = [](CFMutableDictionaryRef startup) {
+    sStartup = startup;
+    return 0;
+  };
+  FakeLoom framework(table);
+  EXPECT_EQ(FontValue(sStartup, CFSTR("HostApp")), "InDesign");
+  EXPECT_EQ(FontValue(sStartup, CFSTR("PluginVersion")), "15.1.0");
+  EXPECT_EQ(FontValue(sStartup, CFSTR("TalworthPluginInterfaceVersion")), "15.1.0");
+  framework.Loom().SetFontManagerBundleName(CFSTR("SycamorePlugin"));
+  EXPECT_EQ(FontValue(sStartup, CFSTR("FontManager")), "SycamorePlugin") << "seen by the running framework";
+}
+
+TEST(LoomStart, ATableWithHolesAnswersNeutrally) {
+  LoomFunctions table;
+  table.pfLoomIsVersionCompatible = [](const char*) { return true; };
+  table.pfLoomInitializeFramework = [](CFMutableDictionaryRef) { return 0; };
+  FakeLoom framework(table);
+  LoomInterface& loom = framework.Loom();
+  EXPECT_TRUE(loom.IsValid());
+  EXPECT_FALSE(loom.GetEnabledAutoActivationPref());
+  loom.SetPreferenceForKey(kEnablePluginPrefKey, true);
+  loom.SetCurrentWorkgroupID(5);
+  EXPECT_EQ(loom.GetCurrentWorkgroupID(), 0);
+  EXPECT_FALSE(loom.DoPreferencesExist());
+  EXPECT_EQ(loom.ShowMessageBox(CFSTR("a"), CFSTR("b"), 2), 0);
+  EXPECT_EQ(loom.GetHostAppDisplayName(), nullptr);
+  const auto text = adoptCF(loom.LocalizedString(CFSTR("key")));
+  EXPECT_EQ(ToStdString(text.get()), "key");
+  CFStringRef answer = nullptr;
+  EXPECT_FALSE(loom.AskForOneString(CFSTR("t"), CFSTR("p"), CFSTR("d"), &answer));
+  loom.ShowAboutBox();
+  loom.ShowPreferences();
+  loom.ShowResolveFonts(nullptr);
+  loom.SetIsOnline(false);
+}
+
+// ---- Finding.
+
+class LoomSearch : public ::testing::Test {
+ protected:
+  void MakeFramework(const std::string& folder) {
+    home.Write(folder + "/TalworthPlugins.framework/Info.plist",
+               "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>x</string></dict></plist>");
+  }
+
+  TemporaryFolder home;
+  ScopedEnvironment root{"PLATFORM_SYSTEM_ROOT", home.Path()};
+  ScopedEnvironment data{"XDG_DATA_HOME", home.Path("data")};
+  FakeProcesses processes;
+  ScopedReplacement<platform::Processes> replaced{processes};
+};
+
+TEST_F(LoomSearch, NoFrameworkIsStatusTwo) {
+  const LoomInterface loom(CFSTR("InDesign"), nullptr, nullptr, nullptr);
+  EXPECT_EQ(loom.GetError(), LoomInterface::kFrameworkNotFound);
+  EXPECT_FALSE(loom.IsValid());
+}
+
+// A framework without code can't tell whether it is compatible: that it was found shows in the status.
+TEST_F(LoomSearch, FrameworkIsFoundBesideTheAgentAndInTheFixedPlace) {
+  for (const char* place : {"Kiln/PluginFiles", "Library/Frameworks"}) {
+    SCOPED_TRACE(place);
+    TemporaryFolder machine;
+    ScopedEnvironment here("PLATFORM_SYSTEM_ROOT", machine.Path());
+    machine.Write(std::string(place) + "/TalworthPlugins.framework/Info.plist", "");
+    processes.running = {{7, machine.Path("Kiln/Kiln")}};
+    const LoomInterface loom(CFSTR("InDesign"), nullptr, nullptr, nullptr);
+    EXPECT_EQ(loom.GetError(), LoomInterface::kVersionRefused);
+  }
+}
+
+// ---- Preferences.
+
+TEST(LoomPreferences, EachOperationReadsItsKey) {
+  FakeLoom framework;
+  const LoomInterface& loom = framework.Loom();
+  const struct {
+    const char* key;
+    bool (LoomInterface::*get)() const;
+  } kCases[] = {
+      {"EnablePlugin", &LoomInterface::GetEnabledAutoActivationPref},
+      {"EnableGlyphMark", &LoomInterface::GetEnabledGlyphMark},
+      {"PickBestMatch", &LoomInterface::GetPickBestMatch},
+      {"SupportEmbeddedObjects", &LoomInterface::GetSupportEmbeddedObjects},
+      {"CloseFontsOnHostAppQuit", &LoomInterface::GetCloseFontsOnHostAppQuit},
+      {"CloseFontsOnDocClose", &LoomInterface::GetCloseFontsOnDocClose},
+      {"ActivateEntireFamilies", &LoomInterface::GetActivateEntireFamily},
+      {"EnableLogging", &LoomInterface::GetEnabledLoggingPref},
+  };
+  EXPECT_FALSE(loom.DoPreferencesExist());
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.key);
+    EXPECT_FALSE((loom.*row.get)());
+    framework.SetPreference(row.key, 1);
+    EXPECT_TRUE((loom.*row.get)());
+    framework.preferences.clear();
+  }
+}
+
+TEST(LoomPreferences, WorkgroupKeepsItsSign) {
+  FakeLoom framework;
+  framework.Loom().SetCurrentWorkgroupID(-2);
+  EXPECT_EQ(framework.GetPreference("CurrentWorkgroup"), -2);
+  framework.SetPreference("CurrentWorkgroup", 0xFFFFFFFE);
+  EXPECT_EQ(framework.Loom().GetCurrentWorkgroupID(), -2);
+}
+
+TEST(LoomPreferences, TheNextGenerationPluginSwitchesGlyphMarkOn) {
+  FakeLoom framework;
+  EXPECT_FALSE(framework.Loom().GetEnabledGlyphMark());
+  TemporaryFolder folder;
+  folder.Write("Core.bundle/Info.plist",
+               "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+               "<key>CFBundleIdentifier</key><string>com.talworth.PluginCore</string></dict></plist>");
+  const auto bundle = adoptCF(CFBundleCreate(nullptr, ToCFURL(folder.Path("Core.bundle"), true).get()));
+  EXPECT_TRUE(framework.Loom().isHostAppUsingNextGenPlugin());
+  EXPECT_TRUE(framework.Loom().GetEnabledGlyphMark());
+}
+
+// ---- Message boxes.
+
+TEST(LoomMessageBoxes, EachShowsItsKeys) {
+  const struct {
+    std::function<void(LoomInterface&)> show;
+    bool standalone;
+    const char* box;
+  } kCases[] = {
+      {[](LoomInterface& loom) { loom.ShowFontManagerNotFoundMessageBox(); }, true,
+       "FontManagerNotFoundHeader|FontManagerNotFoundMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowHornbeamOldVersionMessageBox(); }, true,
+       "HornbeamOldVersionHeader|HornbeamOldVersionMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowUnsupportedHostAppMessageBox(); }, true,
+       "PluginWillBeDisabled|UnsupportedHostAppMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowNotLoggedInMessageBox(true); }, true,
+       "NotLoggedInHeader|NotLoggedInOfferLoginMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowNotLoggedInMessageBox(false); }, true,
+       "NotLoggedInHeader|NotLoggedInPluginDisabledMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowCoreAgentMissingMessageBox(); }, true,
+       "HSCoreAgentMissingHeader|HSCoreAgentMissingMessage|2"},
+      {[](LoomInterface& loom) { loom.ShowCoreAgentMissingMessageBox(); }, false,
+       "SYCoreAgentMissingHeader|SYCoreAgentMissingMessage|2"},
+      {[](LoomInterface& loom) { loom.ShowGoOnlineErrorMessageBox(); }, true,
+       "GoOnlineErrorHeader|GoOnlineErrorMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowNoWorkgroupsMessageBox(); }, true,
+       "NoLibrariesHeader|NoLibrariesMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowNoWorkgroupsMessageBox(); }, false,
+       "NoWorkgroupsHeader|NoWorkgroupsMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowCannotExportMessageBox(); }, true,
+       "CannotExportHeader|CannotExportMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowFontsMissingForExportMessageBox(true); }, true,
+       "MissingFontsExportHeader|MissingFontsOfflineExportMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowFontsMissingForExportMessageBox(false); }, true,
+       "MissingFontsExportHeader|MissingFontsExportMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowSetNameTooLongMessageBox(); }, true,
+       "SetNameTooLongHeader|SetNameTooLongMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowCoreAgentOutOfSyncMessageBox(); }, true,
+       "HSCoreAgentOutOfSyncHeader|HSCoreAgentOutOfSyncMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowCoreAgentOutOfSyncMessageBox(); }, false,
+       "SYCoreAgentOutOfSyncHeader|SYCoreAgentOutOfSyncMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowVaultNeedsUpgradeMessage(); }, true,
+       "VaultNeedsUpgradeTitle|VaultNeedsUpgradeMessage|1"},
+      {[](LoomInterface& loom) { loom.ShowVaultInUseMessage(CFSTR("/v")); }, true,
+       "-|CouldNotOpenVaultInUseLaunchPrefs\n/v|1"},
+      {[](LoomInterface& loom) { loom.ShowVaultNotAvailableMessage(CFSTR("/v")); }, true,
+       "-|CouldNotOpenVaultLaunchPrefs\n/v|1"},
+  };
+  FakeLoom framework;
+  FakeFontManager manager;
+  for (const auto& row : kCases) {
+    manager.standalone = row.standalone;
+    framework.boxes.clear();
+    row.show(framework.Loom());
+    EXPECT_EQ(framework.boxes, std::vector<std::string>{row.box});
+  }
+}
+
+TEST(LoomMessageBoxes, AgentMissingAsksWhetherToTryAgain) {
+  FakeLoom framework;
+  EXPECT_FALSE(framework.Loom().ShowCoreAgentMissingMessageBox());
+  EXPECT_TRUE(framework.boxes.empty()) << "nothing to try without a manager";
+  FakeFontManager manager;
+  framework.answers = {1, 2};
+  EXPECT_TRUE(framework.Loom().ShowCoreAgentMissingMessageBox());
+  EXPECT_FALSE(framework.Loom().ShowCoreAgentMissingMessageBox());
+}
+
+TEST(LoomMessageBoxes, AVaultSentenceTakesThePathWhereItAsksForIt) {
+  FakeLoom framework;
+  framework.sentences = {{"CouldNotOpenVaultLaunchPrefs", "The vault \"%@\" can't be opened."}};
+  framework.Loom().ShowVaultNotAvailableMessage(CFSTR("/v"));
+  EXPECT_EQ(framework.Messages(), std::vector<std::string>{"The vault \"/v\" can't be opened."});
+}
+
+std::string sHostMessage;
+
+TEST(LoomMessageBoxes, TheHostTellsThatThereIsNoFramework) {
+  LoomFunctions table = FakeLoom::Table();
+  table.pfLoomIsVersionCompatible = nullptr;
+  FakeLoom framework(table);
+  framework.Loom().ShowLoomNotFoundMessageBox();
+  EXPECT_EQ(sHostMessage, "");
+  LoomInterface::SetHostMessageProc([](CFStringRef text) { sHostMessage = ToStdString(text); });
+  framework.Loom().ShowLoomNotFoundMessageBox();
+  LoomInterface::SetHostMessageProc(nullptr);
+  EXPECT_TRUE(sHostMessage.starts_with("The Talworth plug-in could not locate a running copy of"));
+  EXPECT_TRUE(framework.boxes.empty());
+}
+
+TEST(LoomDialogs, ATextIsAskedFor) {
+  FakeLoom framework;
+  CFStringRef answer = nullptr;
+  EXPECT_TRUE(framework.Loom().AskForOneString(CFSTR("t"), CFSTR("p"), CFSTR("proposed"), &answer));
+  const auto owned = adoptCF(answer);
+  EXPECT_EQ(ToStdString(answer), "proposed");
+  framework.cancelsText = true;
+  CFStringRef untouched = nullptr;
+  EXPECT_FALSE(framework.Loom().AskForOneString(CFSTR("t"), CFSTR("p"), CFSTR("proposed"), &untouched));
+  EXPECT_EQ(untouched, nullptr);
+}
+
+}  // namespace
