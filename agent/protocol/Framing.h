@@ -11,8 +11,8 @@ class MessageLite;
 
 namespace kiln {
 
-/// Longest frame body, in bytes. A document of 20,000 fonts with all their identity data stays below 8 MiB.
-inline constexpr uint32_t kMaxFrameLength = 16u << 20;
+/// Longest frame body, in bytes. A reply with the records of 20,000 matched fonts fits.
+inline constexpr uint32_t kMaxFrameLength = 32u << 20;
 /// Length of the length in front of each body.
 inline constexpr size_t kFrameHeaderLength = 4;
 /// What may wait for a client that doesn't read, before its connection is dropped.

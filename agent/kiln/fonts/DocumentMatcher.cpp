@@ -122,6 +122,7 @@ uint32_t DocumentMatcher::Activate(int64_t clientID, const wire::ActivateDocumen
   }
   if (request.activate_entire_family()) AddFamilies(clientID, scope, choices);
 
+  if (choices.size() > kMostMatches) return codes::kInvalidParam;
   std::vector<uint32_t> ids;
   for (const Choice& choice : choices) ids.push_back(choice.fontID);
   ActivationBook::ActivateResult result;

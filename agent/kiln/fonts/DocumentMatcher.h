@@ -15,11 +15,15 @@ namespace kiln {
 /// Finds a document's fonts in the library and activates them.
 class DocumentMatcher {
  public:
+  /// Records of that many fonts fit into a reply.
+  static constexpr size_t kMostMatches = 20000;
+
   DocumentMatcher(FontStore& fonts, ActivationBook& book) : mFonts(fonts), mBook(book) {}
 
   /// \param reply  Filled on success.
   /// \param change  What became active.
-  /// \return 0 or the database's error, and then nothing was activated.
+  /// \return 0; kInvalidParam for more than kMostMatches; or the database's error. With an error nothing was
+  ///         activated.
   uint32_t Activate(int64_t clientID, const wire::ActivateDocumentFontsRequest& request,
                     wire::ActivateDocumentFontsReply& reply, ActivationChange& change);
 

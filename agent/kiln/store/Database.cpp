@@ -40,6 +40,8 @@ std::unique_ptr<Database> Database::Open(const std::string& path, uint32_t& erro
   if (error != codes::kSuccess) return nullptr;
   sqlite3_busy_timeout(handle, kBusyMilliseconds);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  // Until the file is known to be ours to write to.
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   // The pragma touches the file's first page, so that a file that is no database shows here.
   int64_t version = 0;

@@ -15,9 +15,9 @@ namespace kiln {
 /// numbering.
 class Database {
  public:
-  /// Opens or makes the file. Does not look at what is in it: see Migrations.h.
-  /// \param error  Receives 0, or kDatabaseOpenFailed, kDatabaseCorrupted, kDatabaseError.
-  /// \return Null with an error.
+  /// Opens or makes the file. Writes nothing to one that exists, not even at the end: that begins with
+  /// Migrate() (Migrations.h). \param error  Receives 0, or kDatabaseOpenFailed, kDatabaseCorrupted,
+  /// kDatabaseError. \return Null with an error.
   static std::unique_ptr<Database> Open(const std::string& path, uint32_t& error);
   ~Database();
   Database(const Database&) = delete;

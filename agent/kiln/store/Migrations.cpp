@@ -126,7 +126,8 @@ uint32_t Migrate(Database& database, std::span<const char* const> steps) {
   if (!database.ReadNumber("PRAGMA user_version", version)) return database.Error();
   if (version < 0 || static_cast<uint64_t>(version) > steps.size()) return codes::kSchemaVersionMismatch;
   if (!CheckPasses(database)) return codes::kDatabaseCorrupted;
-  // Behind the look at the version: the mode is written into the file.
+  // From here on the file may be written to, be it by the log that is folded into it at the end.
+  sqlite3_db_config(database.Handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
   if (!database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL")) return database.Error();
   for (auto step = static_cast<size_t>(version); step < steps.size(); ++step) {
     Transaction transaction(database);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 namespace kiln {
 
@@ -10,8 +11,8 @@ class LockFile {
  public:
   LockFile() = default;
   ~LockFile();
-  LockFile(const LockFile&) = delete;
-  LockFile& operator=(const LockFile&) = delete;
+  LockFile(LockFile&& other) noexcept : mFile(std::exchange(other.mFile, -1)) {}
+  LockFile& operator=(LockFile&&) = delete;
 
   /// Doesn't wait.
   /// \return 0; EWOULDBLOCK when another process holds it; or another errno.

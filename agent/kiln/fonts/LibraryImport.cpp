@@ -1,0 +1,158 @@
+#include "kiln/fonts/LibraryImport.h"
+
+#include <boost/asio/post.hpp>
+#include <utility>
+
+#include "kiln/fonts/FontFileWalk.h"
+#include "kiln/fonts/FontLibrary.h"
+#include "kiln/fonts/FontReaderPool.h"
+#include "protocol/ErrorCodes.h"
+
+namespace kiln {
+namespace {
+
+constexpr size_t kBatch = 64;
+constexpr size_t kMostInFlight = 64;  // bounds the copies that wait in the incoming folder
+constexpr std::chrono::milliseconds kTick{500};
+
+}  // namespace
+
+LibraryImport::LibraryImport(boost::asio::io_context& context, FontLibrary& library, FontReaderPool& readers,
+                             uint32_t workgroupID, Progress progress, Done done)
+    : mContext(context),
+      mLibrary(library),
+      mReaders(readers),
+      mWorkgroupID(workgroupID),
+      mProgress(std::move(progress)),
+      mDone(std::move(done)),
+      mTimer(context) {}
+
+void LibraryImport::Start(const std::vector<std::string>& paths) {
+  mPaths = FontFilesOf(paths);
+  Tick();
+  Submit();
+  // Nothing to read, nothing to wait for.
+  if (mPaths.empty()) boost::asio::post(mContext, [self = shared_from_this()] { self->StoreBatch(); });
+}
+
+void LibraryImport::Submit() {
+  while (mSubmitted < mPaths.size() && mSubmitted - mStored < kMostInFlight) {
+    Arrival arrival;
+    arrival.path = mPaths[mSubmitted++];
+    arrival.incoming = mLibrary.vault.NewIncomingPath();
+    wire::ReaderJob job;
+    job.set_path(arrival.path);
+    job.set_copy_to(arrival.incoming);
+    mReaders.Submit(std::move(job), [self = shared_from_this(), arrival](const wire::ReadFile& file) {
+      Arrival read = arrival;
+      read.file = file;
+      self->OnRead(std::move(read));
+    });
+  }
+}
+
+void LibraryImport::OnRead(Arrival arrival) {
+  mArrived.push_back(std::move(arrival));
+  const bool last = mStored + mArrived.size() == mPaths.size();
+  if (mArrived.size() >= kBatch || last) StoreBatch();
+}
+
+void LibraryImport::Tick() {
+  mTimer.expires_after(kTick);
+  mTimer.async_wait([self = shared_from_this()](auto error) {
+    if (error || !self->mDone) return;
+    self->StoreBatch();
+    if (self->mDone) self->Tick();
+  });
+}
+
+// 0, or why the file isn't in the library; then nothing of it is left in the transaction's way.
+uint32_t LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
+                                 std::vector<uint32_t>& newFonts) {
+  const wire::ReadFile& file = arrival.file;
+  LibraryWriter& writer = mLibrary.writer;
+  const LibraryWriter::KnownFile known = writer.FileWithHash(file.sha256());
+  const std::string name = arrival.path.substr(arrival.path.rfind('/') + 1);
+  const std::string extension = known.id != 0 ? known.extension : Vault::ExtensionOf(name);
+  // Also for a known file, whose copy in the vault may have gone.
+  const uint32_t error =
+      mLibrary.vault.TakeIn(arrival.incoming, file.has_metrics(), file.sha256(), extension);
+  if (error != codes::kSuccess) return error;
+  if (known.id != 0) {
+    result.set_already_known(true);
+    for (const uint32_t font : known.fontIDs) {
+      if (!writer.PutInWorkgroup(font, mWorkgroupID)) return mLibrary.database->Error();
+      result.add_font_ids(font);
+    }
+    for (const std::string& postScriptName : known.postScriptNames)
+      result.add_postscript_names(postScriptName);
+    return writer.SetMissing(known.id, false) ? codes::kSuccess : mLibrary.database->Error();
+  }
+  const int64_t id = writer.AddVaultFile(file, extension, name);
+  if (id == 0) return mLibrary.database->Error();
+  for (const wire::ReadFace& face : file.faces()) {
+    const uint32_t font = writer.PutFace(id, face);
+    if (font == 0 || !writer.PutInWorkgroup(font, mWorkgroupID)) return mLibrary.database->Error();
+    result.add_font_ids(font);
+    result.add_postscript_names(face.postscript_name());
+    newFonts.push_back(font);
+  }
+  return codes::kSuccess;
+}
+
+void LibraryImport::StoreBatch() {
+  const std::vector<Arrival> batch = std::exchange(mArrived, {});
+  std::vector<wire::AddedFile> results;
+  std::vector<uint32_t> newFonts;
+  uint32_t databaseError = codes::kSuccess;
+  if (!batch.empty()) {
+    Transaction transaction(*mLibrary.database);
+    if (!transaction.Began()) databaseError = mLibrary.database->Error();
+    for (const Arrival& arrival : batch) {
+      wire::AddedFile& result = results.emplace_back();
+      result.set_path(arrival.path);
+      result.set_error(arrival.file.error());
+      if (result.error() == codes::kSuccess && databaseError == codes::kSuccess) {
+        result.set_error(StoreOne(arrival, result, newFonts));
+      }
+      if (result.error() != codes::kSuccess) mLibrary.vault.Discard(arrival.incoming);
+    }
+    if (databaseError == codes::kSuccess) databaseError = transaction.Commit();
+  }
+  if (databaseError != codes::kSuccess) newFonts.clear();
+  for (wire::AddedFile& result : results) {
+    // What the transaction didn't take isn't in the library, whatever its file was.
+    if (databaseError != codes::kSuccess && result.error() == codes::kSuccess) {
+      const std::string path = result.path();
+      result.Clear();
+      result.set_path(path);
+      result.set_error(databaseError);
+    }
+    if (result.error() != codes::kSuccess) {
+      mTotals.set_files_failed(mTotals.files_failed() + 1);
+    } else if (result.already_known()) {
+      mTotals.set_files_known(mTotals.files_known() + 1);
+    } else {
+      mTotals.set_files_added(mTotals.files_added() + 1);
+    }
+    mUnreported.push_back(std::move(result));
+  }
+  mTotals.set_fonts_added(mTotals.fonts_added() + static_cast<uint32_t>(newFonts.size()));
+  mNewFonts.insert(mNewFonts.end(), newFonts.begin(), newFonts.end());
+  mStored += batch.size();
+  Report();
+  Submit();
+  if (mStored < mPaths.size()) return;
+  mTimer.cancel();
+  if (const Done done = std::exchange(mDone, nullptr)) done(mTotals, mNewFonts);
+}
+
+void LibraryImport::Report() {
+  wire::AddFilesProgress progress;
+  progress.set_done(static_cast<uint32_t>(mStored));
+  progress.set_total(static_cast<uint32_t>(mPaths.size()));
+  for (wire::AddedFile& result : std::exchange(mUnreported, {})) *progress.add_results() = std::move(result);
+  mProgress(progress);
+}
+
+}  // namespace kiln

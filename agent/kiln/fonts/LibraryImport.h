@@ -1,0 +1,63 @@
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "protocol/FontReading.pb.h"
+#include "protocol/Kiln.pb.h"
+
+namespace kiln {
+
+class FontReaderPool;
+struct FontLibrary;
+
+/// One run of adding files to the library. Several may run at once: each file is read and copied by a child,
+/// and written down in batches, so that a run that is cut off leaves whole files behind.
+class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
+ public:
+  using Progress = std::function<void(const wire::AddFilesProgress&)>;
+  using Done = std::function<void(const wire::AddFilesReply&, const std::vector<uint32_t>& newFontIDs)>;
+
+  /// \param progress  Called at least once a second and for every batch.
+  /// \param done  Called once, behind the last progress.
+  LibraryImport(boost::asio::io_context& context, FontLibrary& library, FontReaderPool& readers,
+                uint32_t workgroupID, Progress progress, Done done);
+
+  void Start(const std::vector<std::string>& paths);
+
+ private:
+  struct Arrival {
+    std::string path;
+    std::string incoming;
+    wire::ReadFile file;
+  };
+
+  void Submit();
+  void OnRead(Arrival arrival);
+  void Tick();
+  void StoreBatch();
+  uint32_t StoreOne(const Arrival& arrival, wire::AddedFile& result, std::vector<uint32_t>& newFonts);
+  void Report();
+
+  boost::asio::io_context& mContext;
+  FontLibrary& mLibrary;
+  FontReaderPool& mReaders;
+  const uint32_t mWorkgroupID;
+  const Progress mProgress;
+  Done mDone;
+  boost::asio::steady_timer mTimer;
+  std::vector<std::string> mPaths;
+  size_t mSubmitted = 0;
+  size_t mStored = 0;
+  std::vector<Arrival> mArrived;
+  std::vector<wire::AddedFile> mUnreported;
+  std::vector<uint32_t> mNewFonts;
+  wire::AddFilesReply mTotals;
+};
+
+}  // namespace kiln
