@@ -73,7 +73,7 @@ CFTypeRef CFRetain(CFTypeRef object);
 /// always while the memory still shows it, and in debug builds also for the last few thousand objects freed.
 void CFRelease(CFTypeRef object);
 
-/// The count, for tests and logs. A constant answers the largest value. 0 for NULL.
+/// The count, for tests and logs. A constant answers a very large one. 0 for NULL.
 CFIndex CFGetRetainCount(CFTypeRef object);
 
 /// The type of the object, to be compared with the type's …GetTypeID(). 0 for NULL.

@@ -20,6 +20,9 @@
 
 using CFBundleRef = struct __CFBundle*;
 
+/// The code in kCFErrorDomainCocoa of an executable that can't be loaded.
+constexpr CFIndex kCFBundleExecutableLoadError = 3587;
+
 CF_EXTERN_C_BEGIN
 
 extern const CFStringRef kCFBundleInfoDictionaryVersionKey;

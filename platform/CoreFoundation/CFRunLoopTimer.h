@@ -29,7 +29,8 @@ CFTypeID CFRunLoopTimerGetTypeID();
 CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef allocator, CFAbsoluteTime fireDate,
                                        CFTimeInterval interval, CFOptionFlags flags, CFIndex order,
                                        CFRunLoopTimerCallBack callBack, CFRunLoopTimerContext* context);
-/// Takes it from its loop; it never fires again. A callback that runs on another thread runs to its end.
+/// Takes it from its loop; it never fires again. A callback that runs just now runs to its end, and
+/// the context is released after it.
 void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer);
 Boolean CFRunLoopTimerIsValid(CFRunLoopTimerRef timer);
 /// 0 for one that fires once.

@@ -61,7 +61,8 @@ CFStringRef CFStringCreateFromExternalRepresentation(CFAllocatorRef allocator, C
                                                      CFStringEncoding encoding);
 /// printf's conversions but %n, and `%@` for any object (its text, or its description), `%C` for a UniChar,
 /// `%S` for a zero-ended UniChar text; positions as in `%2$@`. `%s` is UTF-8, broken bytes become U+FFFD.
-/// `options` must be NULL.
+/// A format that uses an argument in two ways or leaves one out between others stands for itself. `options`
+/// must be NULL.
 CFStringRef CFStringCreateWithFormat(CFAllocatorRef allocator, CFDictionaryRef options, CFStringRef format,
                                      ...);
 CFStringRef CFStringCreateWithFormatAndArguments(CFAllocatorRef allocator, CFDictionaryRef options,
@@ -89,8 +90,8 @@ CFIndex CFStringGetLength(CFStringRef string);
 UniChar CFStringGetCharacterAtIndex(CFStringRef string, CFIndex index);
 /// Copies `range.length` units; nothing at all when the range isn't wholly within the string.
 void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer);
-/// The text with a zero at its end. False, with the buffer's first byte 0, when it doesn't fit whole or
-/// can't be said in `encoding`.
+/// The text with a zero at its end. False, with the buffer's first byte 0, when it doesn't fit whole, holds a
+/// zero itself or can't be said in `encoding`.
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding encoding);
 /// The text without a copy, for as long as the string lives and isn't changed; NULL when there is none at
 /// hand. Given for immutable strings in UTF-8, and in ASCII when they are.

@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <map>
+#include <string>
+
+#include "Memory/LiveObjects.h"
+
+namespace {
+
+using Counts = std::map<std::string, long>;
+
+/// What has grown from `before` to `after`, as "CFString +2".
+std::string Grown(const Counts& before, const Counts& after) {
+  std::string text;
+  for (const auto& [type, count] : after) {
+    const auto found = before.find(type);
+    const long more = count - (found == before.end() ? 0 : found->second);
+    if (more > 0) text += (text.empty() ? "" : ", ") + type + " +" + std::to_string(more);
+  }
+  return text;
+}
+
+/// Names each test that leaves CoreFoundation objects behind. What a test suite holds for all of its tests, or a
+/// shared object for the rest of the program, is not a fault yet: only what is left at the very end fails.
+class LiveObjectListener : public testing::EmptyTestEventListener {
+ public:
+  void OnTestStart(const testing::TestInfo&) override { before_ = LiveObjectCounts(); }
+  void OnTestEnd(const testing::TestInfo& test) override {
+    const std::string grown = Grown(before_, LiveObjectCounts());
+    if (!grown.empty()) left_ += std::string("  ") + test.test_suite_name() + "." + test.name() + ": " + grown + "\n";
+  }
+
+  const std::string& Left() const { return left_; }
+
+ private:
+  Counts before_;
+  std::string left_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  auto* listener = new LiveObjectListener;
+  // Owned by the list, which lives until the program ends.
+  testing::UnitTest::GetInstance()->listeners().Append(listener);
+  const int result = RUN_ALL_TESTS();
+  const std::string left = Grown({}, LiveObjectCounts());
+  if (left.empty()) return result;
+  std::cerr << "CoreFoundation objects are left over: " << left << "\nTests that left some:\n" << listener->Left();
+  return result == 0 ? 1 : result;
+}
