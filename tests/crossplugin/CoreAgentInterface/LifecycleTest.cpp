@@ -112,7 +112,9 @@ TEST_F(LifecycleTest, FontsAreDeactivatedAtQuitWhenEverythingAllowsIt) {
     loom.SetPreference("EnablePlugin", 1);
     ASSERT_TRUE(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr));
     FontActivationTracker* tracker = HornbeamGlobals::GetSharedFontActivationTracker();
-    tracker->RegisterFontWithDocument(MakeMatchedFont("A", library.AddFont("A", 1)).get(), "doc");
+    const unsigned int fontID = library.AddFont("A", 1);
+    tracker->RegisterFontWithDocument(MakeMatchedFont("A", fontID).get(), CFSTR("A"), fontID, false, "doc",
+                                      nullptr);
     loom.SetPreference("CloseFontsOnHostAppQuit", row.closeOnQuit);
     loom.SetPreference("EnablePlugin", row.pluginEnabled);
     HornbeamGlobals::SetPluginServicesEnabled(row.services);

@@ -138,6 +138,45 @@ TEST_F(QueriesTest, StatesAreToldByID) {
   EXPECT_TRUE(agent->GetFontConflicts({1}).empty());
 }
 
+TEST_F(QueriesTest, TheSlugIsMadeOfTheRecordAndMustFit) {
+  Connect();
+  const auto record = MakeFontRecord({{kGM_PostScriptNameKey, "A"}, {kGM_PathKey, "/secret"}});
+  char buffer[1024] = "";
+  unsigned long size = sizeof(buffer);
+  EXPECT_EQ(agent->GetGlyphMarkInfo(1, record.get(), buffer, &size), 0);
+  EXPECT_NE(std::string(buffer).find("<string>A</string>"), std::string::npos) << buffer;
+  EXPECT_EQ(std::string(buffer).find("/secret"), std::string::npos) << buffer;
+  size = 20;
+  EXPECT_EQ(agent->GetGlyphMarkInfo(1, record.get(), buffer, &size), -1);
+  EXPECT_EQ(agent->GetGlyphMarkInfo(1, nullptr, buffer, &size), -1);
+  EXPECT_EQ(agent->EndGetGlyphMarkInfo(""), static_cast<int>(CoreErrorCodes::kNotImplemented));
+  EXPECT_TRUE(library.calls.empty());
+}
+
+TEST_F(QueriesTest, OfAFamilyWhatTheDocumentHasAlreadyIsLeftOut) {
+  const auto member = [](const char* name, const char* id) {
+    return MakeFontRecord({{kGM_PostScriptNameKey, name},
+                           {kGM_DatabaseIDKey, id},
+                           {kGM_ActivationStateKey, "4"},
+                           {kGM_AssignedFamilyGroupIDKey, "3"}});
+  };
+  Connect();
+  const auto font = member("Sans-Bold", "2");
+  const auto matched = MakeFontList({member("Sans-Bold", "2"), member("Sans-Italic", "9")});
+  const auto family = MakeFontList({member("Sans", "1"), font, member("Sans-Italic", "3")});
+  EXPECT_EQ(agent->FindFontsInSameFamilyForActivation(font.get(), matched.get(), 1, family.get()), 0);
+  EXPECT_EQ(library.LastCall("FindFontsInSameFamilyForActivation"),
+            "FindFontsInSameFamilyForActivation(*, [1], 1, *)");
+  EXPECT_EQ(FontNamesOf(family.get()), (std::vector<std::string>{"Sans", "Sans-Bold"}));
+  for (CFIndex i = 0; i < 2; ++i) {
+    EXPECT_EQ(FontValue(FontRecord::At(family.get(), i), kGM_ActivationStateKey), "2");
+  }
+  EXPECT_EQ(agent->FindFontsInSameFamilyForActivation(nullptr, nullptr, 1, family.get()), -1);
+  EXPECT_EQ(agent->FindFontsInSameFamilyForActivation(font.get(), nullptr, 1, nullptr), -1);
+  EXPECT_EQ(
+      agent->FindFontsInSameFamilyForActivation(MakeMatchedFont("A", 1).get(), nullptr, 1, family.get()), -1);
+}
+
 TEST(ActivationStates, AgentsStatesBecomeThePlugins) {
   const struct {
     int agentState;

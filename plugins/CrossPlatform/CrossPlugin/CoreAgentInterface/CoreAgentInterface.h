@@ -76,7 +76,12 @@ class CoreAgentInterface : public FontManagerInterface {
                        FontOrSetInfoRec* outRec) override;
   int GetFontInfoByID(CFDictionaryRef font, FontOrSetInfoRec* outRec) override;
   int GetPostscriptNameByID(CFStringRef& outName, int workgroupID, unsigned int fontID) override;
+  int GetGlyphMarkInfo(unsigned int databaseID, CFDictionaryRef fontInfo, char* outXMLBuffer,
+                       unsigned long* inOutBufferSize) override;
+  /// CoreErrorCodes::kNotImplemented; there is nothing to end.
   int EndGetGlyphMarkInfo(std::string token) override;
+  int FindFontsInSameFamilyForActivation(CFDictionaryRef font, CFArrayRef matchedFonts, int workgroupID,
+                                         CFMutableArrayRef outFontsInFamily) override;
 
   /// The plug-in's activation status for the agent's: 1 inactive, 2 active, 3 temporarily active, 0 unknown.
   static int ComputePluginActivationState(long agentState);

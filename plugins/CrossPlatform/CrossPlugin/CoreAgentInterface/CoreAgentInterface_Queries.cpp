@@ -9,6 +9,7 @@
 #include "CoreAgentInterface/FontIDs.h"
 #include "CoreAgentInterface/Shuttle/ShuttleLoader.h"
 #include "GErrorCodes.h"
+#include "Identity/GlyphMarkSupport.h"
 #include "Memory/CFVector.h"
 #include "Memory/RetainPtr.h"
 #include "Utilities/OperationTrace.h"
@@ -156,6 +157,7 @@ int CoreAgentInterface::GetFontInfoByID(CFDictionaryRef font, FontOrSetInfoRec* 
     outRec->databaseID = id;
     outRec->activationState =
         static_cast<int16_t>(XCFUtils::GetLongFromDictString(info, kGM_ActivationStateKey));
+    GlyphMarkSupport::FixGlyphMarkChecksumsIfNeeded(info);
     outRec->fontInfo = owned.leakRef();
   }
   trace.Exiting("Exiting CoreAgentInterface::GetFontInfoByID(); return code %d", static_cast<int>(status));
@@ -176,6 +178,28 @@ int CoreAgentInterface::GetPostscriptNameByID(CFStringRef& outName, int workgrou
     outName = retainCF(XCFUtils::GetCFStringFromDict(owned.get(), kGM_PostScriptNameKey)).leakRef();
   }
   return static_cast<int>(status);
+}
+
+// The agent isn't asked: the slug is made of the record in hand.
+int CoreAgentInterface::GetGlyphMarkInfo(unsigned int databaseID, CFDictionaryRef fontInfo,
+                                         char* outXMLBuffer, unsigned long* inOutBufferSize) {
+  OperationTrace trace("CoreAgentInterface::GetGlyphMarkInfo",
+                       "Entering CoreAgentInterface::GetGlyphMarkInfo(databaseID=%u)", databaseID);
+  int result = -1;
+  if (fontInfo != nullptr && outXMLBuffer != nullptr && inOutBufferSize != nullptr) {
+    const RetainPtr<CFMutableArrayRef> fonts = MakeArray();
+    CFArrayAppendValue(fonts.get(), fontInfo);
+    CFStringRef slug = nullptr;
+    const int status = GlyphMarkSupport::CreateXMLGlyphMarkSlug(fonts.get(), &slug);
+    const RetainPtr<CFStringRef> owned = adoptCF(slug);
+    if (status == 0 && slug != nullptr &&
+        CFStringGetCString(slug, outXMLBuffer, static_cast<CFIndex>(*inOutBufferSize),
+                           kCFStringEncodingUTF8)) {
+      result = 0;
+    }
+  }
+  trace.Exiting("CoreAgentInterface::GetGlyphMarkInfo() returning %d", result);
+  return result;
 }
 
 int CoreAgentInterface::EndGetGlyphMarkInfo(std::string /*token*/) {
