@@ -1,0 +1,250 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <future>
+
+#include "FakeAgent.h"
+#include "GErrorCodes.h"
+#include "client/Connection.h"
+#include "protocol/Framing.h"
+#include "protocol/SocketPath.h"
+#include "support/PrivateHome.h"
+
+namespace {
+
+using kiln::wire::ClientMessage;
+
+constexpr CallLimit kShort{.answer = std::chrono::milliseconds{100}};
+constexpr CallLimit kLong{.answer = std::chrono::milliseconds{20000}};
+
+class ConnectionTest : public testing::Test {
+ protected:
+  std::unique_ptr<Connection> Open(Connection::EventSink events = [](auto&&) {}) {
+    TErrCode code = 1;
+    auto connection = Connection::Open(kiln::SocketPath(), std::move(events), code);
+    EXPECT_EQ(code, CoreErrorCodes::kSuccess);
+    return connection;
+  }
+  static TErrCode Ping(Connection& connection, const CallLimit& limit) {
+    ClientMessage request;
+    request.mutable_ping();
+    Connection::Incoming reply;
+    return connection.Call(request, limit, reply);
+  }
+
+  PrivateHome m_home;
+};
+
+TEST_F(ConnectionTest, NobodyListens) {
+  TErrCode code = 0;
+  EXPECT_EQ(Connection::Open(
+                kiln::SocketPath(), [](auto&&) {}, code),
+            nullptr);
+  EXPECT_EQ(code, GIPCSender::kReceiverNotAvailable);
+  EXPECT_EQ(Connection::Open(
+                m_home.Folder().Path(std::string(200, 'x')), [](auto&&) {}, code),
+            nullptr);
+  EXPECT_EQ(code, GIPCSender::kReceiverNotAvailable);
+}
+
+struct PeerCase {
+  const char* name;
+  FakeAgent::Behaviour behaviour;
+  TErrCode code;
+  bool staysOpen;
+};
+
+std::string Header(uint32_t length) {
+  return {char(length >> 24), char(length >> 16), char(length >> 8), char(length)};
+}
+
+void AfterRequest(int socket, const std::function<void(uint32_t)>& then) {
+  FakeAgent::Request request;
+  if (FakeAgent::ReceiveFrame(socket, request)) then(request.id());
+}
+
+class MisbehavingPeer : public ConnectionTest, public testing::WithParamInterface<PeerCase> {};
+
+TEST_P(MisbehavingPeer, EndsTheCallWithACode) {
+  auto agent = FakeAgent::Misbehaving(GetParam().behaviour);
+  const auto connection = Open();
+  EXPECT_EQ(Ping(*connection, GetParam().staysOpen ? kShort : kLong), GetParam().code);
+  EXPECT_EQ(connection->IsOpen(), GetParam().staysOpen);
+  if (!GetParam().staysOpen) {
+    EXPECT_EQ(Ping(*connection, kLong), GAgentIF::kShutdown);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Peers, MisbehavingPeer,
+    testing::Values(PeerCase{"Hangs", FakeAgent::Drain, GIPCClient::kServiceUnavailable, true},
+                    PeerCase{"ClosesAtOnce", [](int) {}, GAgentIF::kShutdown, false},
+                    PeerCase{"ClosesInsteadOfAnswering",
+                             [](int socket) { AfterRequest(socket, [](uint32_t) {}); }, GAgentIF::kShutdown,
+                             false},
+                    PeerCase{"ClosesMidMessage",
+                             [](int socket) {
+                               AfterRequest(socket, [=](uint32_t) {
+                                 FakeAgent::SendBytes(socket, Header(100) + "half");
+                               });
+                             },
+                             GAgentIF::kShutdown, false},
+                    PeerCase{"AnswersGarbage",
+                             [](int socket) {
+                               FakeAgent::SendBytes(socket, Header(7) + "\xFF\xFF\xFF\xFF\xFF\xFF\xFF");
+                               FakeAgent::Drain(socket);
+                             },
+                             GAgentIF::kShutdown, false},
+                    PeerCase{"AnnouncesMoreThanAFrameMayHold",
+                             [](int socket) {
+                               FakeAgent::SendBytes(socket, Header(kiln::kMaxFrameLength + 1));
+                               FakeAgent::Drain(socket);
+                             },
+                             GAgentIF::kShutdown, false},
+                    PeerCase{"AnswersAnotherRequest",
+                             [](int socket) {
+                               AfterRequest(socket, [=](uint32_t id) {
+                                 FakeAgent::Reply reply;
+                                 reply.set_reply_to(id + 1000);
+                                 FakeAgent::SendFrame(socket, reply);
+                                 FakeAgent::Drain(socket);
+                               });
+                             },
+                             GIPCClient::kServiceUnavailable, true},
+                    PeerCase{"ReportsProgressWithoutEndFasterThanAnyoneReads",
+                             [](int socket) {
+                               AfterRequest(socket, [=](uint32_t id) {
+                                 FakeAgent::Reply reply;
+                                 reply.set_reply_to(id + 1);
+                                 reply.mutable_progress();
+                                 while (FakeAgent::SendFrame(socket, reply)) {
+                                   if (reply.reply_to() == id + 1) reply.set_reply_to(id);
+                                 }
+                               });
+                             },
+                             GAgentIF::kShutdown, false}),
+    [](const auto& info) { return info.param.name; });
+
+TEST_F(ConnectionTest, APeerThatDoesNotReadHoldsASenderNoLongerThanItsLimit) {
+  std::promise<void> done;
+  auto agent = FakeAgent::Misbehaving([&](int) { done.get_future().wait(); });
+  const auto connection = Open();
+  ClientMessage request;
+  request.mutable_log()->set_text(std::string(8 << 20, 'x'));
+  Connection::Incoming reply;
+  EXPECT_EQ(connection->Call(request, kShort, reply), GIPCClient::kServiceUnavailable);
+  EXPECT_FALSE(connection->IsOpen());  // half a frame is on its way
+  done.set_value();
+}
+
+TEST_F(ConnectionTest, AMessageThatIsTooLongIsNotSent) {
+  FakeAgent agent;
+  const auto connection = Open();
+  ClientMessage request;
+  request.mutable_log()->set_text(std::string(kiln::kMaxFrameLength + 1, 'x'));
+  Connection::Incoming reply;
+  EXPECT_EQ(connection->Call(request, kLong, reply), GIPCReceiver::kMessageTooLarge);
+  EXPECT_EQ(Ping(*connection, kLong), CoreErrorCodes::kSuccess);
+}
+
+TEST_F(ConnectionTest, ProgressKeepsACallAliveBeyondItsLimit) {
+  auto agent = FakeAgent::Misbehaving([](int socket) {
+    AfterRequest(socket, [=](uint32_t id) {
+      FakeAgent::Reply reply;
+      reply.set_reply_to(id);
+      for (uint32_t i = 1; i <= 10; ++i) {
+        reply.mutable_progress()->set_done(i);
+        FakeAgent::SendFrame(socket, reply);
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+      }
+      reply.mutable_add_files()->set_files_added(10);
+      FakeAgent::SendFrame(socket, reply);
+      FakeAgent::Drain(socket);
+    });
+  });
+  const auto connection = Open();
+  ClientMessage request;
+  request.mutable_add_files();
+  Connection::Incoming reply;
+  uint32_t last = 0;
+  EXPECT_EQ(connection->Call(request, {.answer = std::chrono::milliseconds{200}}, reply,
+                             [&](const auto& message) { last = message.progress().done(); }),
+            CoreErrorCodes::kSuccess);
+  EXPECT_EQ(last, 10u);
+  EXPECT_EQ(reply.message.add_files().files_added(), 10u);
+}
+
+TEST_F(ConnectionTest, ALongCallOutlastsAnAgentThatWorksButNotOneThatIsStopped) {
+  constexpr CallLimit kWatched{.answer = std::chrono::milliseconds{20000},
+                               .silence = std::chrono::milliseconds{1500}};
+  std::atomic<bool> answerPings = true;
+  auto agent = FakeAgent::Misbehaving([&](int socket) {
+    uint32_t id = 0;
+    int pings = 0;
+    for (FakeAgent::Request request; FakeAgent::ReceiveFrame(socket, request);) {
+      FakeAgent::Reply reply;
+      reply.set_reply_to(request.id());
+      if (!request.has_ping()) {
+        id = request.id();
+      } else if (answerPings) {
+        FakeAgent::SendFrame(socket, reply);
+        if (++pings < 2) continue;
+        reply.set_reply_to(id);
+        FakeAgent::SendFrame(socket, reply);
+      }
+    }
+  });
+  const auto connection = Open();
+  ClientMessage request;
+  request.mutable_activate_document_fonts();
+  Connection::Incoming reply;
+  EXPECT_EQ(connection->Call(request, kWatched, reply), CoreErrorCodes::kSuccess);
+  answerPings = false;
+  EXPECT_EQ(connection->Call(request, kWatched, reply), GIPCClient::kServiceUnavailable);
+}
+
+TEST_F(ConnectionTest, AnswersMayComeInAnyOrder) {
+  auto agent = FakeAgent::Misbehaving([](int socket) {
+    FakeAgent::Request first;
+    FakeAgent::Request second;
+    if (!FakeAgent::ReceiveFrame(socket, first) || !FakeAgent::ReceiveFrame(socket, second)) return;
+    for (const auto* request : {&second, &first}) {
+      FakeAgent::Reply reply;
+      reply.set_reply_to(request->id());
+      reply.set_error(request->has_ping() ? 11 : 22);
+      FakeAgent::SendFrame(socket, reply);
+    }
+    FakeAgent::Drain(socket);
+  });
+  const auto connection = Open();
+  auto ping = std::async(std::launch::async, [&] { return Ping(*connection, kLong); });
+  ClientMessage request;
+  request.mutable_status();
+  Connection::Incoming reply;
+  EXPECT_EQ(connection->Call(request, kLong, reply), 22u);
+  EXPECT_EQ(ping.get(), 11u);
+}
+
+TEST_F(ConnectionTest, EventsComeInOrderAndBehindTheRepliesBeforeThem) {
+  FakeAgent agent;
+  std::promise<std::vector<uint64_t>> received;
+  std::vector<uint64_t> orders;
+  const auto connection = Open([&](Connection::Incoming&& event) {
+    orders.push_back(event.order);
+    if (orders.size() == 2) received.set_value(orders);
+  });
+  ClientMessage request;
+  request.mutable_ping();
+  Connection::Incoming reply;
+  ASSERT_EQ(connection->Call(request, kLong, reply), CoreErrorCodes::kSuccess);
+  FakeAgent::Reply event;
+  event.mutable_library_changed();
+  agent.SendEvent(event);
+  agent.SendEvent(event);
+  const auto seen = received.get_future().get();
+  EXPECT_LT(reply.order, seen[0]);
+  EXPECT_LT(seen[0], seen[1]);
+}
+
+}  // namespace
