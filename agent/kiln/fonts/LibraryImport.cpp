@@ -6,13 +6,14 @@
 #include "kiln/fonts/FontFileWalk.h"
 #include "kiln/fonts/FontLibrary.h"
 #include "kiln/fonts/FontReaderPool.h"
+#include "kiln/system/Utf8.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
 namespace {
 
-constexpr size_t kBatch = 64;
-constexpr size_t kMostInFlight = 64;  // bounds the copies that wait in the incoming folder
+constexpr size_t kBatch = 48;
+constexpr size_t kMostInFlight = 144;  // bounds the copies that wait in the incoming folder
 constexpr std::chrono::milliseconds kTick{500};
 
 }  // namespace
@@ -40,6 +41,11 @@ void LibraryImport::Submit() {
     Arrival arrival;
     arrival.path = mPaths[mSubmitted++];
     arrival.incoming = mLibrary.vault.NewIncomingPath();
+    if (!IsUtf8(arrival.path)) {
+      arrival.file.set_error(codes::kInvalidPath);
+      boost::asio::post(mContext, [self = shared_from_this(), arrival] { self->OnRead(arrival); });
+      continue;
+    }
     wire::ReaderJob job;
     job.set_path(arrival.path);
     job.set_copy_to(arrival.incoming);
@@ -66,75 +72,80 @@ void LibraryImport::Tick() {
   });
 }
 
-// 0, or why the file isn't in the library; then nothing of it is left in the transaction's way.
-uint32_t LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
-                                 std::vector<uint32_t>& newFonts) {
+// False when the database failed; what keeps one file out of the library is its result's error.
+bool LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
+                             std::vector<uint32_t>& newFonts) {
   const wire::ReadFile& file = arrival.file;
   LibraryWriter& writer = mLibrary.writer;
   const LibraryWriter::KnownFile known = writer.FileWithHash(file.sha256());
   const std::string name = arrival.path.substr(arrival.path.rfind('/') + 1);
   const std::string extension = known.id != 0 ? known.extension : Vault::ExtensionOf(name);
   // Also for a known file, whose copy in the vault may have gone.
-  const uint32_t error =
-      mLibrary.vault.TakeIn(arrival.incoming, file.has_metrics(), file.sha256(), extension);
-  if (error != codes::kSuccess) return error;
+  result.set_error(mLibrary.vault.TakeIn(arrival.incoming, file.has_metrics(), file.sha256(), extension));
+  if (result.error() != codes::kSuccess) return true;
   if (known.id != 0) {
     result.set_already_known(true);
     for (const uint32_t font : known.fontIDs) {
-      if (!writer.PutInWorkgroup(font, mWorkgroupID)) return mLibrary.database->Error();
+      if (!writer.PutInWorkgroup(font, mWorkgroupID)) return false;
       result.add_font_ids(font);
     }
     for (const std::string& postScriptName : known.postScriptNames)
       result.add_postscript_names(postScriptName);
-    return writer.SetMissing(known.id, false) ? codes::kSuccess : mLibrary.database->Error();
+    return writer.SetMissing(known.id, false);
   }
   const int64_t id = writer.AddVaultFile(file, extension, name);
-  if (id == 0) return mLibrary.database->Error();
+  if (id == 0) return false;
   for (const wire::ReadFace& face : file.faces()) {
     const uint32_t font = writer.PutFace(id, face);
-    if (font == 0 || !writer.PutInWorkgroup(font, mWorkgroupID)) return mLibrary.database->Error();
+    if (font == 0 || !writer.PutInWorkgroup(font, mWorkgroupID)) return false;
     result.add_font_ids(font);
     result.add_postscript_names(face.postscript_name());
     newFonts.push_back(font);
   }
-  return codes::kSuccess;
+  return true;
+}
+
+// 0, or the database's error, and then nothing of the batch is in the library.
+uint32_t LibraryImport::StoreAll(const std::vector<Arrival>& batch, std::vector<wire::AddedFile>& results,
+                                 std::vector<uint32_t>& newFonts) {
+  Transaction transaction(*mLibrary.database);
+  if (!transaction.Began()) return mLibrary.database->Error();
+  for (size_t i = 0; i < batch.size(); ++i) {
+    if (results[i].error() != codes::kSuccess) continue;
+    if (!StoreOne(batch[i], results[i], newFonts)) return mLibrary.database->Error();
+  }
+  return transaction.Commit();
+}
+
+void LibraryImport::Count(const wire::AddedFile& result) {
+  if (result.error() != codes::kSuccess) {
+    mTotals.set_files_failed(mTotals.files_failed() + 1);
+  } else if (result.already_known()) {
+    mTotals.set_files_known(mTotals.files_known() + 1);
+  } else {
+    mTotals.set_files_added(mTotals.files_added() + 1);
+  }
 }
 
 void LibraryImport::StoreBatch() {
   const std::vector<Arrival> batch = std::exchange(mArrived, {});
-  std::vector<wire::AddedFile> results;
-  std::vector<uint32_t> newFonts;
-  uint32_t databaseError = codes::kSuccess;
-  if (!batch.empty()) {
-    Transaction transaction(*mLibrary.database);
-    if (!transaction.Began()) databaseError = mLibrary.database->Error();
-    for (const Arrival& arrival : batch) {
-      wire::AddedFile& result = results.emplace_back();
-      result.set_path(arrival.path);
-      result.set_error(arrival.file.error());
-      if (result.error() == codes::kSuccess && databaseError == codes::kSuccess) {
-        result.set_error(StoreOne(arrival, result, newFonts));
-      }
-      if (result.error() != codes::kSuccess) mLibrary.vault.Discard(arrival.incoming);
-    }
-    if (databaseError == codes::kSuccess) databaseError = transaction.Commit();
+  std::vector<wire::AddedFile> results(batch.size());
+  for (size_t i = 0; i < batch.size(); ++i) {
+    results[i].set_path(Readable(batch[i].path));
+    results[i].set_error(batch[i].file.error());
   }
+  std::vector<uint32_t> newFonts;
+  const uint32_t databaseError = batch.empty() ? codes::kSuccess : StoreAll(batch, results, newFonts);
   if (databaseError != codes::kSuccess) newFonts.clear();
-  for (wire::AddedFile& result : results) {
-    // What the transaction didn't take isn't in the library, whatever its file was.
+  for (size_t i = 0; i < batch.size(); ++i) {
+    wire::AddedFile& result = results[i];
     if (databaseError != codes::kSuccess && result.error() == codes::kSuccess) {
-      const std::string path = result.path();
       result.Clear();
-      result.set_path(path);
+      result.set_path(Readable(batch[i].path));
       result.set_error(databaseError);
     }
-    if (result.error() != codes::kSuccess) {
-      mTotals.set_files_failed(mTotals.files_failed() + 1);
-    } else if (result.already_known()) {
-      mTotals.set_files_known(mTotals.files_known() + 1);
-    } else {
-      mTotals.set_files_added(mTotals.files_added() + 1);
-    }
+    if (result.error() != codes::kSuccess) mLibrary.vault.Discard(batch[i].incoming);
+    Count(result);
     mUnreported.push_back(std::move(result));
   }
   mTotals.set_fonts_added(mTotals.fonts_added() + static_cast<uint32_t>(newFonts.size()));

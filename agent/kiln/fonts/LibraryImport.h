@@ -41,7 +41,10 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   void OnRead(Arrival arrival);
   void Tick();
   void StoreBatch();
-  uint32_t StoreOne(const Arrival& arrival, wire::AddedFile& result, std::vector<uint32_t>& newFonts);
+  bool StoreOne(const Arrival& arrival, wire::AddedFile& result, std::vector<uint32_t>& newFonts);
+  uint32_t StoreAll(const std::vector<Arrival>& batch, std::vector<wire::AddedFile>& results,
+                    std::vector<uint32_t>& newFonts);
+  void Count(const wire::AddedFile& result);
   void Report();
 
   boost::asio::io_context& mContext;

@@ -9,6 +9,7 @@
 
 #include "kiln/reader/FontText.h"
 #include "kiln/reader/FrameStream.h"
+#include "kiln/system/Utf8.h"
 #include "protocol/FontReading.pb.h"
 
 namespace kiln {
@@ -23,9 +24,7 @@ std::string Text(const FcPattern* pattern, const char* object, int index = 0) {
   FcChar8* value = nullptr;
   if (FcPatternGetString(pattern, object, index, &value) != FcResultMatch) return {};
   std::string text(reinterpret_cast<const char*>(value));
-  int characters = 0;
-  int width = 0;
-  return FcUtf8Len(value, static_cast<int>(text.size()), &characters, &width) ? text : TextFromAscii(text);
+  return IsUtf8(text) ? text : TextFromAscii(text);
 }
 
 // fontconfig has the version as the 16.16 number of the font's header.
@@ -82,6 +81,7 @@ bool ListSystemFonts(const std::string& excluded, int descriptor) {
   while (const FcChar8* folder = folders ? FcStrListNext(folders) : nullptr) {
     wire::SystemListing listing;
     listing.set_folder(reinterpret_cast<const char*>(folder));
+    if (!IsUtf8(listing.folder())) continue;
     if (!WriteFrame(descriptor, listing)) break;
   }
   if (folders) FcStrListDone(folders);

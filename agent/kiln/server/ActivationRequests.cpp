@@ -1,0 +1,83 @@
+#include "kiln/server/ActivationRequests.h"
+
+#include <span>
+#include <utility>
+
+#include "protocol/ErrorCodes.h"
+
+namespace kiln {
+namespace {
+
+template <class Field>
+std::span<const uint32_t> IDs(const Field& field) {
+  return {field.data(), static_cast<size_t>(field.size())};
+}
+
+}  // namespace
+
+bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessage& message,
+                                wire::ServerMessage& reply, ActivationChange& change) {
+  FontLibrary& library = *mState.library;
+  switch (message.body_case()) {
+    case wire::ClientMessage::kActivateDocumentFonts: {
+      const wire::ActivateDocumentFontsRequest& request = message.activate_document_fonts();
+      wire::ActivateDocumentFontsReply& body = *reply.mutable_activate_document_fonts();
+      reply.set_error(library.matcher.Activate(connection.clientID, request, body, change));
+      mState.log.Print("'%s': %d fonts, %d matched, %d problems, code 0x%08x",
+                       request.document_path().c_str(), request.fonts_size(), body.matched_size(),
+                       body.problems_size(), reply.error());
+      return true;
+    }
+    case wire::ClientMessage::kActivateFonts:
+      reply.set_error(
+          Activate(connection, message.activate_fonts(), *reply.mutable_activate_fonts(), change));
+      return true;
+    case wire::ClientMessage::kDeactivateFonts:
+      reply.set_error(
+          Deactivate(connection, message.deactivate_fonts(), *reply.mutable_deactivate_fonts(), change));
+      return true;
+    case wire::ClientMessage::kClientActivationStates: {
+      const std::span<const uint32_t> ids = IDs(message.client_activation_states().font_ids());
+      for (const bool state : library.book.ClientStates(connection.clientID, ids)) {
+        reply.mutable_client_activation_states()->add_activated(state);
+      }
+      return true;
+    }
+    case wire::ClientMessage::kFontIsActivated:
+      for (const uint32_t id : message.font_is_activated().font_ids()) {
+        const std::optional<FontRow> row = library.fonts.Load(id);
+        reply.mutable_font_is_activated()->add_states(row ? library.book.StateFor(*row, connection.clientID)
+                                                          : wire::ACTIVATION_INACTIVE);
+      }
+      return true;
+    default:
+      return false;
+  }
+}
+
+uint32_t ActivationRequests::Activate(Connection& connection, const wire::ActivateFontsRequest& request,
+                                      wire::ActivateFontsReply& reply, ActivationChange& change) {
+  if (!wire::ActivationMode_IsValid(request.mode())) return codes::kInvalidParam;
+  ActivationBook::ActivateResult result;
+  const uint32_t error =
+      mState.library->book.Activate(connection.clientID, IDs(request.font_ids()), {}, request.mode(), result);
+  if (error != codes::kSuccess) return error;
+  for (const auto& [id, reason] : result.failures) reply.add_failed_ids(id);
+  for (FontRow& row : result.fonts) *reply.add_fonts() = std::move(row.font);
+  change = std::move(result.change);
+  return codes::kSuccess;
+}
+
+uint32_t ActivationRequests::Deactivate(Connection& connection, const wire::DeactivateFontsRequest& request,
+                                        wire::DeactivateFontsReply& reply, ActivationChange& change) {
+  ActivationBook::DeactivateResult result;
+  const uint32_t error = mState.library->book.Deactivate(connection.clientID, IDs(request.font_ids()),
+                                                         request.by_hand(), result);
+  if (error != codes::kSuccess) return error;
+  for (const uint32_t id : result.released) reply.add_released_ids(id);
+  for (const wire::FontPlace& place : result.change.deactivated) reply.add_deactivated_ids(place.font_id());
+  change = std::move(result.change);
+  return codes::kSuccess;
+}
+
+}  // namespace kiln

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "kiln/fonts/FontLibrary.h"
+#include "kiln/fonts/FontReaderPool.h"
+#include "kiln/fonts/SystemFonts.h"
+#include "kiln/server/ClientHub.h"
+#include "kiln/system/BoundedLog.h"
+#include "kiln/system/KilnPaths.h"
+
+namespace kiln {
+
+/// What the requests work on. Without a library `vaultError` says why.
+struct AgentState {
+  boost::asio::io_context& context;
+  const KilnPaths& paths;
+  BoundedLog& log;
+  ClientHub& clients;
+  FontReaderPool& readers;
+  std::unique_ptr<FontLibrary> library;
+  std::unique_ptr<SystemFonts> systemFonts;
+  uint32_t vaultError = 0;
+  uint32_t importsRunning = 0;
+};
+
+}  // namespace kiln

@@ -1,0 +1,157 @@
+#include "kiln/server/LibraryRequests.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kiln/fonts/LibraryImport.h"
+#include "protocol/ErrorCodes.h"
+#include "protocol/PermissionColumns.h"
+
+namespace kiln {
+namespace {
+
+constexpr uint32_t kMostNames = 100000;
+constexpr uint32_t kFontsPerPage = 5000;
+constexpr int kIDsPerEvent = 100000;
+
+}  // namespace
+
+bool LibraryRequests::Handle(Connection& connection, const wire::ClientMessage& message,
+                             wire::ServerMessage& reply) {
+  switch (message.body_case()) {
+    case wire::ClientMessage::kFontInfo:
+      reply.set_error(FontInfo(connection, message.font_info(), *reply.mutable_font_info()));
+      return true;
+    case wire::ClientMessage::kFontsByName:
+      FontsByName(connection, message.fonts_by_name(), *reply.mutable_fonts_by_name());
+      return true;
+    case wire::ClientMessage::kListFonts:
+      ListFonts(connection, message.list_fonts(), *reply.mutable_list_fonts());
+      return true;
+    case wire::ClientMessage::kWorkgroups:
+      Workgroups(message.workgroups(), *reply.mutable_workgroups());
+      return true;
+    case wire::ClientMessage::kPermission:
+      reply.mutable_permission()->set_allowed(IsAllowed(message.permission()));
+      return true;
+    case wire::ClientMessage::kListActivations:
+      for (wire::Activation& activation : mState.library->activations.List()) {
+        *reply.mutable_list_activations()->add_activations() = std::move(activation);
+      }
+      return true;
+    case wire::ClientMessage::kSaveDocumentFonts:
+      reply.set_error(mState.library->documents.Save(message.save_document_fonts()));
+      return true;
+    default:
+      return false;
+  }
+}
+
+uint32_t LibraryRequests::FontInfo(Connection& connection, const wire::FontInfoRequest& request,
+                                   wire::FontInfoReply& reply) {
+  std::optional<FontRow> row =
+      mState.library->fonts.Load(request.font_id(), WorkgroupScope(request.workgroup_ids()));
+  if (!row) return codes::kNotFound;
+  row->font.set_state(mState.library->book.StateFor(*row, connection.clientID));
+  *reply.mutable_font() = std::move(row->font);
+  return codes::kSuccess;
+}
+
+void LibraryRequests::FontsByName(Connection& connection, const wire::FontsByNameRequest& request,
+                                  wire::FontsByNameReply& reply) {
+  FontStore& fonts = mState.library->fonts;
+  const std::vector<uint32_t> ids = request.type() == wire::NAME_FAMILY
+                                        ? fonts.WithFamily(request.name())
+                                        : fonts.WithPostScriptName(request.name());
+  const WorkgroupScope scope(request.workgroup_ids());
+  const std::vector<FontRow> ranked =
+      mState.library->matcher.Ranked(connection.clientID, ids, scope, nullptr);
+  const uint32_t limit = request.limit() == 0 ? kMostNames : std::min(request.limit(), kMostNames);
+  for (size_t i = 0; i < ranked.size() && i < limit; ++i) reply.add_font_ids(ranked[i].font.id());
+  reply.set_total(static_cast<uint32_t>(ranked.size()));
+}
+
+void LibraryRequests::ListFonts(Connection& connection, const wire::ListFontsRequest& request,
+                                wire::ListFontsReply& reply) {
+  FontLibrary& library = *mState.library;
+  const WorkgroupScope scope(request.workgroup_ids());
+  const uint32_t limit = request.limit() == 0 ? kFontsPerPage : std::min(request.limit(), kFontsPerPage);
+  uint32_t after = request.after_id();
+  // Fonts outside the scope don't count for the page, so that one page may take several looks.
+  for (;;) {
+    const std::vector<uint32_t> ids = library.fonts.After(after, kFontsPerPage);
+    for (const uint32_t id : ids) {
+      after = id;
+      std::optional<FontRow> row = library.fonts.Load(id, scope);
+      if (!row) continue;
+      if (static_cast<uint32_t>(reply.fonts_size()) == limit) {
+        reply.set_more(true);
+        return;
+      }
+      row->font.set_state(library.book.StateFor(*row, connection.clientID));
+      *reply.add_fonts() = std::move(row->font);
+    }
+    if (ids.size() < kFontsPerPage) return;
+  }
+}
+
+void LibraryRequests::Workgroups(const wire::WorkgroupsRequest& request, wire::WorkgroupsReply& reply) {
+  for (wire::Workgroup& workgroup : mState.library->workgroups.All()) {
+    if (workgroup.type() == wire::WORKGROUP_SYSTEM && !request.include_system()) continue;
+    if (workgroup.type() == wire::WORKGROUP_TYPEKIT && !request.include_typekit()) continue;
+    *reply.add_workgroups() = std::move(workgroup);
+  }
+}
+
+// Standalone, the user may do everything with what is there.
+bool LibraryRequests::IsAllowed(const wire::PermissionRequest& request) {
+  if (request.column_id() == kCanActivateAcrossWorkgroupsColumn) return request.across_workgroups();
+  if (request.column_id() != kExportFontsColumn) return false;
+  return request.workgroup_id() == 0 || mState.library->workgroups.TypeOf(request.workgroup_id()).has_value();
+}
+
+uint32_t LibraryRequests::AddFiles(const std::shared_ptr<Connection>& connection, uint32_t requestID,
+                                   const wire::AddFilesRequest& request) {
+  const uint32_t workgroup = request.workgroup_id() == 0 ? kFontLibraryWorkgroup : request.workgroup_id();
+  const std::optional<wire::WorkgroupType> type = mState.library->workgroups.TypeOf(workgroup);
+  if (!type) return codes::kWorkgroupNotFound;
+  if (*type == wire::WORKGROUP_SYSTEM) return codes::kCannotAddFontsToWorkgroup;
+  std::vector<std::string> paths;
+  for (const std::string& path : request.paths()) {
+    if (path.empty() || path.front() != '/') return codes::kInvalidPath;
+    paths.push_back(path);
+  }
+  // A client that leaves doesn't end its import.
+  const auto progress = [weak = std::weak_ptr<Connection>(connection), requestID](const auto& made) {
+    const std::shared_ptr<Connection> client = weak.lock();
+    if (!client) return;
+    wire::ServerMessage message;
+    message.set_reply_to(requestID);
+    *message.mutable_progress() = made;
+    client->Send(message);
+  };
+  const auto done = [this, weak = std::weak_ptr<Connection>(connection), requestID](
+                        const wire::AddFilesReply& totals, const std::vector<uint32_t>& newFonts) {
+    --mState.importsRunning;
+    mState.log.Print("Files added: %u new, %u known, %u failed", totals.files_added(), totals.files_known(),
+                     totals.files_failed());
+    if (const std::shared_ptr<Connection> client = weak.lock()) {
+      wire::ServerMessage message;
+      message.set_reply_to(requestID);
+      *message.mutable_add_files() = totals;
+      client->Send(message);
+    }
+    for (size_t start = 0; start < newFonts.size(); start += kIDsPerEvent) {
+      wire::ServerMessage event;
+      const size_t end = std::min(newFonts.size(), start + kIDsPerEvent);
+      for (size_t i = start; i < end; ++i) event.mutable_library_changed()->add_font_ids(newFonts[i]);
+      mState.clients.Broadcast(event);
+    }
+  };
+  ++mState.importsRunning;
+  std::make_shared<LibraryImport>(mState.context, *mState.library, mState.readers, workgroup, progress, done)
+      ->Start(paths);
+  return codes::kSuccess;
+}
+
+}  // namespace kiln

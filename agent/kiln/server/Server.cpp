@@ -1,0 +1,211 @@
+#include "kiln/server/Server.h"
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <boost/system/error_code.hpp>
+#include <utility>
+
+#include "protocol/ErrorCodes.h"
+
+namespace kiln {
+namespace {
+
+namespace asio = boost::asio;
+
+constexpr size_t kMostConnections = 512;
+constexpr std::chrono::milliseconds kAcceptPause{200};
+constexpr std::chrono::seconds kFarewell{1};
+
+bool NeedsSystemFonts(wire::ClientMessage::BodyCase body) {
+  switch (body) {
+    case wire::ClientMessage::kActivateDocumentFonts:
+    case wire::ClientMessage::kActivateFonts:
+    case wire::ClientMessage::kFontIsActivated:
+    case wire::ClientMessage::kFontInfo:
+    case wire::ClientMessage::kFontsByName:
+    case wire::ClientMessage::kListFonts:
+    case wire::ClientMessage::kWorkgroups:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+Server::Server(asio::io_context& context, const KilnPaths& paths, Options options, BoundedLog& log)
+    : mContext(context),
+      mOptions(std::move(options)),
+      mLog(log),
+      mAcceptor(context),
+      mIdle(context),
+      mPause(context),
+      mReaders(context, mOptions.readerProgram, log),
+      mState{context, paths, log, *this, mReaders, nullptr, nullptr, 0, 0},
+      mSession(mState),
+      mActivation(mState),
+      mLibrary(mState) {}
+
+Server::~Server() {
+  // Connections may outlive the server in handlers that are never called; they must not call back.
+  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) connection->Close();
+  if (!mSocketPath.empty()) unlink(mSocketPath.c_str());
+}
+
+int Server::Listen(const std::string& socketPath) {
+  boost::system::error_code error;
+  unlink(socketPath.c_str());  // left by a Kiln that was killed; the lock says that none runs
+  mAcceptor.open(asio::local::stream_protocol(), error);
+  const mode_t before = umask(0177);
+  if (!error) mAcceptor.bind(socketPath, error);
+  umask(before);
+  if (!error) mAcceptor.listen(asio::socket_base::max_listen_connections, error);
+  if (error) return error.value();
+  mSocketPath = socketPath;
+  return 0;
+}
+
+void Server::OpenLibrary() {
+  mState.library = FontLibrary::Open(mState.paths, mLog, mState.vaultError);
+  if (mState.library) {
+    mState.systemFonts =
+        std::make_unique<SystemFonts>(mContext, *mState.library->database, mState.library->writer, mReaders,
+                                      mOptions.readerProgram, mState.paths.links, mLog);
+    mState.systemFonts->Refresh();
+  }
+  Accept();
+  WatchIdle();
+}
+
+void Server::Accept() {
+  mAcceptor.async_accept([this](auto error, asio::local::stream_protocol::socket socket) {
+    if (error == asio::error::operation_aborted || mStopping) return;
+    if (!error) {
+      Take(std::move(socket));
+      return Accept();
+    }
+    // Out of descriptors: a moment later there may be some.
+    mLog.Print("A connection couldn't be taken: %s", error.message().c_str());
+    mPause.expires_after(kAcceptPause);
+    mPause.async_wait([this](auto cancelled) {
+      if (!cancelled) Accept();
+    });
+  });
+}
+
+void Server::Take(asio::local::stream_protocol::socket socket) {
+  ucred peer{};
+  socklen_t length = sizeof peer;
+  const bool known = getsockopt(socket.native_handle(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0;
+  if (!known || peer.uid != getuid()) {
+    mLog.Print("A connection of user %u was refused", unsigned{peer.uid});
+    return;
+  }
+  if (mConnections.size() >= kMostConnections) {
+    mLog.Print("A connection of process %d was refused: there are too many", peer.pid);
+    return;
+  }
+  const auto connection = std::make_shared<Connection>(
+      std::move(socket), peer.pid, mLog,
+      [this](const std::shared_ptr<Connection>& from, const wire::ClientMessage& message) {
+        OnMessage(from, message);
+      },
+      [this](const std::shared_ptr<Connection>& closed) { OnClosed(closed); });
+  mConnections.insert(connection);
+  mIdle.cancel();
+  connection->Start();
+}
+
+void Server::OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message) {
+  if (mState.systemFonts && NeedsSystemFonts(message.body_case())) {
+    mState.systemFonts->WhenReady([this, weak = std::weak_ptr<Connection>(connection), message] {
+      if (const std::shared_ptr<Connection> still = weak.lock()) Answer(still, message);
+    });
+    return;
+  }
+  Answer(connection, message);
+}
+
+void Server::Answer(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message) {
+  wire::ServerMessage reply;
+  reply.set_reply_to(message.id());
+  ActivationChange change;
+  bool known = message.body_case() != wire::ClientMessage::BODY_NOT_SET;
+  if (known && !connection->saidHello && message.body_case() != wire::ClientMessage::kHello) {
+    reply.set_error(codes::kNotInitialized);
+  } else if (!known || mSession.Handle(*connection, message, reply)) {
+    if (!known) reply.set_error(codes::kNotImplemented);
+  } else if (!mState.library) {
+    reply.set_error(mState.vaultError);
+  } else if (message.body_case() == wire::ClientMessage::kAddFiles) {
+    reply.set_error(mLibrary.AddFiles(connection, message.id(), message.add_files()));
+    if (reply.error() == codes::kSuccess) return;
+  } else if (!mActivation.Handle(*connection, message, reply, change) &&
+             !mLibrary.Handle(*connection, message, reply)) {
+    reply.set_error(codes::kNotImplemented);
+  }
+  // Hello's error comes with what the client needs to understand it.
+  if (reply.error() != codes::kSuccess && !reply.has_hello()) reply.clear_body();
+  connection->Send(reply);
+  if (reply.has_hello() && reply.error() != codes::kSuccess) connection->SendRestAndClose();
+  mState.clients.Announce(connection->clientID, change);
+}
+
+void Server::OnClosed(const std::shared_ptr<Connection>& connection) {
+  mConnections.erase(connection);
+  bool another = false;
+  for (const std::shared_ptr<Connection>& other : mConnections) {
+    another = another || (other->saidHello && other->uuid == connection->uuid);
+  }
+  if (connection->saidHello && !another && !mStopping) mSession.EndSession(*connection);
+  WatchIdle();
+}
+
+void Server::WatchIdle() {
+  if (mOptions.exitWhenIdleSeconds <= 0 || !mConnections.empty() || mStopping) return;
+  mIdle.expires_after(std::chrono::seconds(mOptions.exitWhenIdleSeconds));
+  mIdle.async_wait([this](auto error) {
+    if (error || !mConnections.empty() || mStopping) return;
+    if (mState.importsRunning > 0) return WatchIdle();
+    mLog.Print("Ending, since no client has been here for %d seconds", mOptions.exitWhenIdleSeconds);
+    Stop();
+  });
+}
+
+void Server::Stop() {
+  if (std::exchange(mStopping, true)) return;
+  boost::system::error_code ignored;
+  mAcceptor.close(ignored);
+  mIdle.cancel();
+  unlink(mSocketPath.c_str());
+  wire::ServerMessage event;
+  event.mutable_shutdown();
+  Broadcast(event);
+  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) connection->SendRestAndClose();
+  if (mConnections.empty()) return mContext.stop();
+  // A client that doesn't read doesn't keep Kiln from ending.
+  mPause.expires_after(kFarewell);
+  mPause.async_wait([this](auto) { mContext.stop(); });
+}
+
+void Server::Broadcast(const wire::ServerMessage& event) {
+  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) {
+    if (connection->saidHello) connection->Send(event);
+  }
+}
+
+void Server::SendTo(int64_t clientID, const wire::ServerMessage& event) {
+  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) {
+    if (connection->saidHello && connection->clientID == clientID) connection->Send(event);
+  }
+}
+
+size_t Server::CountOfClients() const {
+  size_t count = 0;
+  for (const std::shared_ptr<Connection>& connection : mConnections) count += connection->saidHello ? 1 : 0;
+  return count;
+}
+
+}  // namespace kiln

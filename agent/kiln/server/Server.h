@@ -1,0 +1,70 @@
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/local/stream_protocol.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "kiln/server/ActivationRequests.h"
+#include "kiln/server/AgentState.h"
+#include "kiln/server/ClientHub.h"
+#include "kiln/server/Connection.h"
+#include "kiln/server/LibraryRequests.h"
+#include "kiln/server/SessionRequests.h"
+
+namespace kiln {
+
+/// Kiln at work: the socket, its clients, and the library behind them. All runs on the thread of the
+/// io_context.
+class Server : public ClientHub {
+ public:
+  struct Options {
+    std::string readerProgram;    ///< KilnFontReader
+    int exitWhenIdleSeconds = 0;  ///< 0: never
+  };
+
+  Server(boost::asio::io_context& context, const KilnPaths& paths, Options options, BoundedLog& log);
+  ~Server() override;
+
+  /// Begins to listen on a socket that isn't there yet, for this user alone. From here on clients may
+  /// connect; they are answered once OpenLibrary() has run. \return 0 or an errno.
+  int Listen(const std::string& socketPath);
+
+  /// Opens the library. A library that can't be used doesn't end the server: clients are told why.
+  void OpenLibrary();
+
+  /// Tells the clients, and lets the io_context run out of work when they have been told.
+  void Stop();
+
+  void Broadcast(const wire::ServerMessage& event) override;
+  void SendTo(int64_t clientID, const wire::ServerMessage& event) override;
+  size_t CountOfClients() const override;
+
+ private:
+  void Accept();
+  void Take(boost::asio::local::stream_protocol::socket socket);
+  void OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
+  void Answer(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
+  void OnClosed(const std::shared_ptr<Connection>& connection);
+  void WatchIdle();
+
+  boost::asio::io_context& mContext;
+  const Options mOptions;
+  BoundedLog& mLog;
+  boost::asio::local::stream_protocol::acceptor mAcceptor;
+  boost::asio::steady_timer mIdle;
+  boost::asio::steady_timer mPause;
+  std::string mSocketPath;
+  bool mStopping = false;
+  std::set<std::shared_ptr<Connection>> mConnections;
+  FontReaderPool mReaders;
+  AgentState mState;
+  SessionRequests mSession;
+  ActivationRequests mActivation;
+  LibraryRequests mLibrary;
+};
+
+}  // namespace kiln
