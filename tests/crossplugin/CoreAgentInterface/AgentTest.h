@@ -62,6 +62,7 @@ class AgentTest : public ::testing::Test {
 
   /// Connects, and forgets what that has called and shown.
   LiveAgent& Connect() {
+    agent.reset();
     agent = std::make_unique<LiveAgent>();
     library.calls.clear();
     library.facades.clear();

@@ -23,7 +23,7 @@ TEST_F(LifecycleTest, VersionsAgreeInTheirFirstThreeFields) {
       {"1.0.0.0", "9.9", true},
       {"x", "1.0.0.0", true},
       {"15.0.1.100", "15.0.1.2", true},
-      {"15.0.1.", "15.0.1.2", true},
+      {"15.0.1.", "15.0.1.2", false},
       {"15.0.1", "15.0.2", false},
       {"15.0.1", "15.0.1.7", true},
       {"15.0.1.7", "15.0.1", true},

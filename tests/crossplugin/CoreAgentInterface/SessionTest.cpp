@@ -97,7 +97,6 @@ TEST_F(AgentTest, StartShowsWhatWentWrong) {
 }
 
 TEST_F(AgentTest, StartTellsTheKindOfHost) {
-  Connect();
   agent = std::make_unique<LiveAgent>();
   EXPECT_EQ(library.LastCall("InitAppInstance"), "InitAppInstance(4, 0)");
 }
