@@ -28,8 +28,9 @@ LOOM_EXPORT bool LoomIsVersionCompatible(const char* version);
 
 /// Starts the framework. The dictionary is read now: "HostApp", "PluginVersion",
 /// "TalworthPluginInterfaceVersion" and "FontManager" are strings, "FrameworkURL" a URL or its string; each
-/// may be missing. It is retained, since "FontManager" may be set later and is read at each text. \return 0
-/// when the framework is up; 1 for a null dictionary.
+/// may be missing. It is retained, since "FontManager" may be set later and is read at each text.
+///
+/// \return 0 when the framework is up; 1 for a null dictionary.
 LOOM_EXPORT int LoomInitializeFramework(CFMutableDictionaryRef startup);
 
 /// The sentence for a key, with the names of the font manager and of the host filled in; the key itself when
