@@ -20,8 +20,9 @@ RetainPtr<CFMutableArrayRef> MakeNamed(const Names& names) {
 
 long FindIn(CFArrayRef fonts, const std::string& name) {
   long index = -1;
-  EXPECT_EQ(GlyphMarkSupport::DoesArrayContainFontWithPostScriptName(fonts, ToCFString(name).get(), &index),
-            index >= 0);
+  const bool found =
+      GlyphMarkSupport::DoesArrayContainFontWithPostScriptName(fonts, ToCFString(name).get(), &index);
+  EXPECT_EQ(found, index >= 0);
   return index;
 }
 
