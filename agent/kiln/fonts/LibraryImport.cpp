@@ -39,7 +39,8 @@ void LibraryImport::Start(const std::vector<std::string>& paths) {
 void LibraryImport::Submit() {
   while (mSubmitted < mPaths.size() && mSubmitted - mStored < kMostInFlight) {
     Arrival arrival;
-    arrival.path = mPaths[mSubmitted++];
+    arrival.index = mSubmitted++;
+    arrival.path = mPaths[arrival.index];
     arrival.incoming = mLibrary.vault.NewIncomingPath();
     if (!IsUtf8(arrival.path)) {
       arrival.file.set_error(codes::kInvalidPath);
@@ -146,7 +147,7 @@ void LibraryImport::StoreBatch() {
     }
     if (result.error() != codes::kSuccess) mLibrary.vault.Discard(batch[i].incoming);
     Count(result);
-    mUnreported.push_back(std::move(result));
+    mUnreported[batch[i].index] = std::move(result);
   }
   mTotals.set_fonts_added(mTotals.fonts_added() + static_cast<uint32_t>(newFonts.size()));
   mNewFonts.insert(mNewFonts.end(), newFonts.begin(), newFonts.end());
@@ -162,7 +163,11 @@ void LibraryImport::Report() {
   wire::AddFilesProgress progress;
   progress.set_done(static_cast<uint32_t>(mStored));
   progress.set_total(static_cast<uint32_t>(mPaths.size()));
-  for (wire::AddedFile& result : std::exchange(mUnreported, {})) *progress.add_results() = std::move(result);
+  // Two children read at once: a file waits for those before it.
+  for (auto next = mUnreported.begin(); next != mUnreported.end() && next->first == mReported; ++mReported) {
+    *progress.add_results() = std::move(next->second);
+    next = mUnreported.erase(next);
+  }
   mProgress(progress);
 }
 

@@ -4,6 +4,7 @@
 #include <boost/asio/steady_timer.hpp>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,8 +24,8 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   using Progress = std::function<void(const wire::AddFilesProgress&)>;
   using Done = std::function<void(const wire::AddFilesReply&, const std::vector<uint32_t>& newFontIDs)>;
 
-  /// \param progress  Called at least once a second and for every batch.
-  /// \param done  Called once, behind the last progress.
+  /// \param progress  Called at least once a second and for every batch. Results come in the order of the
+  /// files. \param done  Called once, behind the last progress.
   LibraryImport(boost::asio::io_context& context, FontLibrary& library, FontReaderPool& readers,
                 uint32_t workgroupID, Progress progress, Done done);
 
@@ -32,6 +33,7 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
 
  private:
   struct Arrival {
+    size_t index = 0;  // in mPaths
     std::string path;
     std::string incoming;
     wire::ReadFile file;
@@ -58,7 +60,8 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   size_t mSubmitted = 0;
   size_t mStored = 0;
   std::vector<Arrival> mArrived;
-  std::vector<wire::AddedFile> mUnreported;
+  std::map<size_t, wire::AddedFile> mUnreported;  // by index
+  size_t mReported = 0;
   std::vector<uint32_t> mNewFonts;
   wire::AddFilesReply mTotals;
 };
