@@ -55,7 +55,8 @@ LOOM_EXPORT void LoomSetLongPreferenceForKey(CFStringRef key, long value);
 LOOM_EXPORT CFStringRef LoomGetStringPreferenceForKey(CFStringRef key);
 /// A null value removes the preference.
 LOOM_EXPORT void LoomSetStringPreferenceForKey(CFStringRef key, CFStringRef value);
-/// True when preferences have ever been stored. Overrides don't count.
+/// True when preferences have ever been stored; overrides don't count, nor does the selected workgroup alone,
+/// which is stored before a plug-in's first start is over.
 LOOM_EXPORT bool LoomDoPreferencesExist(void);
 
 LOOM_EXPORT void LoomShowAboutBox(void);

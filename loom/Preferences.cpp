@@ -13,7 +13,8 @@ std::string Stripped(const std::string& text) {
 
 }  // namespace
 
-Preferences::Preferences(std::string path, std::string_view overrides, PreferencesFile::Reporter report)
+Preferences::Preferences(std::string path, std::string_view overrides,
+                         const PreferencesFile::Reporter& report)
     : m_file(std::move(path), report) {
   ReadOverrides(overrides, report);
 }
@@ -61,7 +62,8 @@ void Preferences::Refresh() {
   if (m_stamp == stamp) return;
   m_stamp = stamp;
   const RetainPtr<CFDictionaryRef> dictionary = m_file.Read();
-  m_exist = CFDictionaryGetCount(dictionary.get()) > 0;
+  const CFIndex count = CFDictionaryGetCount(dictionary.get());
+  m_exist = count > (CFDictionaryContainsKey(dictionary.get(), CFSTR("CurrentWorkgroup")) ? 1 : 0);
   m_values.clear();
   const auto add = [](const void* key, const void* value, void* context) {
     const auto name = dynamicCF<CFStringRef>(key);

@@ -18,7 +18,7 @@
 class Preferences {
  public:
   /// \param overrides  "Key=value" with ";" between them; what has no "=" or no key is reported and left out.
-  Preferences(std::string path, std::string_view overrides, PreferencesFile::Reporter report);
+  Preferences(std::string path, std::string_view overrides, const PreferencesFile::Reporter& report);
 
   /// Where they are stored.
   const std::string& GetPath() const { return m_file.GetPath(); }
@@ -29,7 +29,8 @@ class Preferences {
   /// Nothing removes the key.
   void Set(const std::string& key, const std::optional<PreferenceValue>& value);
 
-  /// Whether the file has any.
+  /// Whether the user's settings have been stored. The selected workgroup alone doesn't count: it is stored
+  /// while a plug-in connects, before the plug-in asks whether this is its first start.
   bool Exist();
 
  private:

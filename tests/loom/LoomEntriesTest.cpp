@@ -127,8 +127,9 @@ TEST_F(LoomEntriesTest, HasASentenceForEveryKeyOfABox) {
 TEST_F(LoomEntriesTest, GivesAndTakesPreferencesOfAllKinds) {
   EXPECT_FALSE(LoomDoPreferencesExist());
   EXPECT_TRUE(LoomGetPreferenceForKey(CFSTR("Overridden")));
-  LoomSetPreferenceForKey(CFSTR("EnablePlugin"), true);
   LoomSetLongPreferenceForKey(CFSTR("CurrentWorkgroup"), -2);
+  EXPECT_FALSE(LoomDoPreferencesExist());
+  LoomSetPreferenceForKey(CFSTR("EnablePlugin"), true);
   LoomSetStringPreferenceForKey(CFSTR("Text"), CFSTR("words"));
   LoomSetPreferenceForKey(nullptr, true);
   EXPECT_TRUE(LoomDoPreferencesExist());
