@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -52,6 +53,7 @@ void WriteToFile(int file, int depth, char* text) {
 int TraceLine(int indentChange, const char* format, va_list args) {
   static thread_local char sBuffer[kBufferSize];
   static thread_local int sDepth = 0;
+  const int savedErrno = errno;  // callers trace between a failure and their look at its reason
   const int length = std::vsnprintf(sBuffer, sizeof sBuffer, format, args);
   if (length < 0) sBuffer[0] = '\0';
   // The lines that open and close an operation stand at one depth, those between them one deeper.
@@ -61,6 +63,7 @@ int TraceLine(int indentChange, const char* format, va_list args) {
     if (const int file = sFile.load(); file >= 0) WriteToFile(file, sDepth, sBuffer);
   }
   if (indentChange > 0) sDepth += indentChange;
+  errno = savedErrno;
   return length;
 }
 
