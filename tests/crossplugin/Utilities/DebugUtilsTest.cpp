@@ -83,5 +83,8 @@ TEST_F(TraceTest, WritesToTheFileOnlyWhileLoggingIsStarted) {
   OutputIndentedAndFormattedString(0, "stays at the edge");
   StopLogging();
   EXPECT_EQ(folder.Read("trace.log"), written);
+  DebugUtils::SetTraceFile("");
+  StartLogging();
+  OutputIndentedAndFormattedString(0, "to nobody");
   EXPECT_EQ(folder.Read("second.log"), "an exit too many\nstays at the edge\n");
 }

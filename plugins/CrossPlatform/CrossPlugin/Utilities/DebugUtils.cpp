@@ -77,16 +77,19 @@ int OutputIndentedAndFormattedString(int indentChange, const char* format, ...) 
 
 void StartLogging() {
   const std::string path = GetTraceFilePath();
-  const int file =
-      path.empty()
-          ? -1
-          : open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600);
-  // Once there is a descriptor it stays: a thread may be about to write to its number.
-  if (const int before = sFile.load(); before >= 0 && file >= 0) {
+  int file = -1;
+  if (!path.empty()) {
+    file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600);
+  }
+  // Once there is a descriptor it stays, since a thread may be about to write to its number; without a file
+  // to name it leads nowhere.
+  const int before = sFile.load();
+  if (before >= 0 && file < 0) file = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (before < 0) {
+    sFile = file;
+  } else if (file >= 0) {
     dup3(file, before, O_CLOEXEC);
     close(file);
-  } else if (file >= 0) {
-    sFile = file;
   }
   sLoggingStarted = true;
 }
