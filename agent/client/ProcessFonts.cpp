@@ -17,7 +17,7 @@ std::vector<unsigned int> ProcessFonts::Activate(const std::vector<Font>& fonts,
   std::vector<unsigned int> unseen;
   std::vector<std::string> left;
   for (std::size_t i = 0; i < fonts.size(); ++i) {
-    const auto& [id, file] = fonts[i];
+    const auto& [id, file, local] = fonts[i];
     if (!seen[i]) {
       unseen.push_back(id);
       continue;
@@ -25,9 +25,10 @@ std::vector<unsigned int> ProcessFonts::Activate(const std::vector<Font>& fonts,
     if (const auto place = mPlaces.find(id); place != mPlaces.end() && place->second.file != file) {
       std::ranges::move(Forget({id}), std::back_inserter(left));
     }
-    const auto [place, isNew] = mPlaces.try_emplace(id, Place{file, order});
+    const auto [place, isNew] = mPlaces.try_emplace(id, Place{file, order, local});
     if (isNew) ++mFontsInFile[file];
     place->second.order = order;
+    place->second.local &= local;
   }
   if (!left.empty()) mSystem->RemoveFiles(left);
   return unseen;
@@ -49,8 +50,14 @@ std::vector<std::string> ProcessFonts::Forget(const std::vector<unsigned int>& f
   return files;
 }
 
-void ProcessFonts::Deactivate(const std::vector<unsigned int>& fontIDs) {
+void ProcessFonts::Deactivate(const std::vector<unsigned int>& gone,
+                              const std::vector<unsigned int>& released) {
   std::scoped_lock lock(mMutex);
+  std::vector<unsigned int> fontIDs = gone;
+  std::ranges::copy_if(released, std::back_inserter(fontIDs), [this](unsigned int id) {
+    const auto place = mPlaces.find(id);
+    return place != mPlaces.end() && place->second.local;
+  });
   const std::vector<std::string> files = Forget(fontIDs);
   if (!files.empty()) mSystem->RemoveFiles(files);
 }

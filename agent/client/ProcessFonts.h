@@ -21,6 +21,7 @@ class ProcessFonts {
   struct Font {
     unsigned int id = 0;
     std::string file;
+    bool local = false;  // active for this process alone
   };
   /// What the agent says has happened to a font.
   struct Change {
@@ -40,7 +41,12 @@ class ProcessFonts {
   std::vector<unsigned int> Activate(const std::vector<Font>& fonts, uint64_t order);
 
   /// Takes fonts away again; unknown IDs are passed over. All of them cost one change of the font system.
-  void Deactivate(const std::vector<unsigned int>& fontIDs);
+  ///
+  /// \param gone  Active for nobody now.
+  /// \param released  Given back by this process: they go when it alone had them. What others keep active
+  /// stays
+  ///     visible here as well.
+  void Deactivate(const std::vector<unsigned int>& gone, const std::vector<unsigned int>& released);
 
   /// Takes all fonts away.
   void DeactivateAll();
@@ -63,6 +69,7 @@ class ProcessFonts {
   struct Place {
     std::string file;
     uint64_t order = 0;
+    bool local = false;
   };
   /// The last word on each font, without those that a later activation by this process has overtaken.
   std::map<unsigned int, const Change*> LastOf(const std::vector<Change>& changes) const;

@@ -15,14 +15,15 @@ using kiln::wire::ServerMessage;
 
 namespace {
 
-// The agent copies and links files for this, and says so only at the end.
+// The agent links and copies files for this, and does one thing at a time.
 constexpr CallLimit kActivationLimit{.answer = std::chrono::milliseconds{60000},
-                                     .silence = std::chrono::milliseconds{5000}};
+                                     .silence = std::chrono::milliseconds{15000}};
 constexpr int kAllWorkgroupsOfPlugin = -2;
 
 // System fonts are visible as it is.
-void AppendForProcess(const kiln::wire::Font& font, std::vector<ProcessFonts::Font>& fonts) {
-  if (!font.is_system() && font.id() != 0 && !font.path().empty()) fonts.push_back({font.id(), font.path()});
+void AppendForProcess(const kiln::wire::Font& font, bool local, std::vector<ProcessFonts::Font>& fonts) {
+  if (font.is_system() || font.id() == 0 || font.path().empty()) return;
+  fonts.push_back({font.id(), font.path(), local});
 }
 
 void CopyIDs(const google::protobuf::RepeatedField<uint32_t>& ids, unsigned long capacity, unsigned int* out,
@@ -89,7 +90,8 @@ ErrCode Activate(Session& session, unsigned long count, const unsigned int* font
     return code == CoreErrorCodes::kSuccess ? GKVMessageDataHandler::kInvalidMessage : code;
   }
   std::vector<ProcessFonts::Font> visible;
-  for (const auto& font : reply.message.activate_fonts().fonts()) AppendForProcess(font, visible);
+  const bool local = mode == kiln::wire::MODE_AUTO_LOCAL;
+  for (const auto& font : reply.message.activate_fonts().fonts()) AppendForProcess(font, local, visible);
   unseen = ClientLibrary::Get().Fonts().Activate(visible, reply.order);
   return code;
 }
@@ -103,9 +105,9 @@ ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long co
           EntryGuard::Ask(session, request, reply, &ServerMessage::has_deactivate_fonts, kActivationLimit)) {
     return code;
   }
-  // A font that somebody else keeps active stays visible here too.
   const auto& gone = reply.message.deactivate_fonts().deactivated_ids();
-  ClientLibrary::Get().Fonts().Deactivate({gone.begin(), gone.end()});
+  const auto& released = reply.message.deactivate_fonts().released_ids();
+  ClientLibrary::Get().Fonts().Deactivate({gone.begin(), gone.end()}, {released.begin(), released.end()});
   return CoreErrorCodes::kSuccess;
 }
 
@@ -175,7 +177,7 @@ ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayR
     for (const auto& match : answer.matched()) {
       if (match.request_index() >= list.records.size() || match.font().id() == 0) continue;
       CFArrayAppendValue(outMatched, MatchedRecord(match, list.records[match.request_index()].get()).get());
-      AppendForProcess(match.font(), visible);
+      AppendForProcess(match.font(), false, visible);
     }
     ClientLibrary::Get().Fonts().Activate(visible, reply.order);
     for (const auto& problem : answer.problems()) {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "FakeAgent.h"
+#include "FontHome.h"
 #include "GErrorCodes.h"
 #include "GFileSystem.h"
 #include "MachineFonts.h"
@@ -15,7 +16,6 @@
 #include "client/PluginInterface.h"
 #include "client/RecordKeys.h"
 #include "support/FakeSystem.h"
-#include "support/PrivateHome.h"
 #include "support/ScopedReplacement.h"
 
 namespace {
@@ -35,12 +35,12 @@ CFDictionaryRef At(const RetainPtr<CFMutableArrayRef>& array, CFIndex index) {
 
 class EntriesTest : public testing::Test {
  protected:
-  EntriesTest() { MachineFonts::StartFontconfig(); }
   ~EntriesTest() override { CleanUpOnShutdown(Facade()); }
   static FacadeRef Facade() { return GetPluginFacadeInstance(); }
 
-  const std::vector<MachineFonts::Font>& m_machine = MachineFonts::All();  // before the home hides them
-  PrivateHome m_home;
+  FontHome m_fonts;
+  const std::vector<MachineFonts::Font>& m_machine = m_fonts.machine;
+  PrivateHome& m_home = m_fonts.home;
   FakeProcesses m_processes;
   ScopedReplacement<platform::Processes> m_replaced{m_processes};
 };

@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
+#include "FontHome.h"
 #include "MachineFonts.h"
 #include "client/FontconfigSystem.h"
-#include "support/PrivateHome.h"
 
 namespace {
 
@@ -12,10 +12,6 @@ using MachineFonts::IsVisible;
 
 class FontconfigSystemTest : public testing::Test {
  protected:
-  FontconfigSystemTest() {
-    MachineFonts::StartFontconfig();
-    m_system = std::make_unique<FontconfigSystem>();
-  }
   // As another program would: into the folder that fontconfig watches.
   std::string Install(int index) {
     const std::string file = m_home.Folder().Path("data/fonts/installed" + std::to_string(index) + ".ttf");
@@ -24,9 +20,9 @@ class FontconfigSystemTest : public testing::Test {
   }
   static const std::string& File(size_t index) { return MachineFonts::All().at(index).file; }
 
-  const std::vector<MachineFonts::Font>& m_machine = MachineFonts::All();  // before the home hides them
-  PrivateHome m_home;
-  std::unique_ptr<FontconfigSystem> m_system;
+  FontHome m_fonts;
+  PrivateHome& m_home = m_fonts.home;
+  std::unique_ptr<FontconfigSystem> m_system = std::make_unique<FontconfigSystem>();
 };
 
 TEST_F(FontconfigSystemTest, AddsAndRemovesSingleFiles) {

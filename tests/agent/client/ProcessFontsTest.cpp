@@ -22,9 +22,9 @@ TEST_F(ProcessFontsTest, TellsWhichFontsCannotBeSeenAndKeepsTheOthers) {
 TEST_F(ProcessFontsTest, ACollectionStaysUntilItsLastFontHasGone) {
   m_fonts.Activate({{1, "both.ttc"}, {2, "both.ttc"}}, 1);
   m_fonts.Activate({{2, "both.ttc"}}, 2);
-  m_fonts.Deactivate({2});
+  m_fonts.Deactivate({2}, {});
   EXPECT_EQ(m_system->added, Files{"both.ttc"});
-  m_fonts.Deactivate({2, 1, 77});
+  m_fonts.Deactivate({2, 1, 77}, {});
   EXPECT_EQ(m_system->added, Files{});
 }
 
@@ -36,8 +36,15 @@ TEST_F(ProcessFontsTest, AnyNumberOfFontsCostsOneChange) {
     ids.push_back(id);
   }
   m_fonts.Activate(fonts, 1);
-  m_fonts.Deactivate(ids);
+  m_fonts.Deactivate(ids, {});
   EXPECT_EQ(m_system->changes, 1);
+}
+
+TEST_F(ProcessFontsTest, WhatWasGivenBackStaysVisibleWhenOthersKeepItActive) {
+  m_fonts.Activate({{1, "preview.otf", true}, {2, "shared.otf"}, {3, "both.otf", true}}, 1);
+  m_fonts.Activate({{3, "both.otf"}}, 2);
+  m_fonts.Deactivate({}, {1, 2, 3, 4});
+  EXPECT_EQ(m_system->added, (Files{"shared.otf", "both.otf"}));
 }
 
 TEST_F(ProcessFontsTest, AFontWhoseFileHasMovedLeavesTheOldOne) {

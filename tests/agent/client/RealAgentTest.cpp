@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
 
+#include "FontHome.h"
 #include "GErrorCodes.h"
 #include "MachineFonts.h"
 #include "Memory/CFVector.h"
@@ -17,7 +19,6 @@
 #include "client/LibraryInterface.h"
 #include "client/PluginInterface.h"
 #include "client/RecordKeys.h"
-#include "support/PrivateHome.h"
 #include "support/ProgramRun.h"
 
 namespace {
@@ -38,7 +39,6 @@ int Count(int kind, void*) {
 class RealAgentTest : public testing::Test {
  protected:
   RealAgentTest() {
-    MachineFonts::StartFontconfig();
     StartKiln();
     // The process is there at once; the first call waits until it listens.
     EXPECT_EQ(InitAppInstance(Facade(), 4, 0), CoreErrorCodes::kSuccess);
@@ -90,8 +90,9 @@ class RealAgentTest : public testing::Test {
     while (!condition()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
 
-  const std::vector<MachineFonts::Font>& m_machine = MachineFonts::All();  // before the home hides them
-  PrivateHome m_home;
+  FontHome m_fonts;
+  const std::vector<MachineFonts::Font>& m_machine = m_fonts.machine;
+  PrivateHome& m_home = m_fonts.home;
   std::unique_ptr<ProgramRun> m_kiln;
   std::string m_statuses;
 };
