@@ -1,7 +1,5 @@
 #pragma once
 
-#include <compare>
-
 #include "BaseType.h"
 
 /// Names one object within its database; 0 names none.
@@ -13,7 +11,8 @@ class UID {
   constexpr uint32 Get() const { return m_nValue; }
   constexpr bool IsValid() const { return m_nValue != 0; }
 
-  friend constexpr auto operator<=>(const UID&, const UID&) = default;
+  friend constexpr bool operator==(UID, UID) = default;
+  friend constexpr bool operator<(UID a, UID b) { return a.m_nValue < b.m_nValue; }
 
  private:
   uint32 m_nValue = 0;
