@@ -162,3 +162,5 @@ bool FontManagerInterface::IsWindows() {
   return false;
 }
 void FontManagerInterface::DoOnlineOffline() {}
+
+// NOLINTEND(performance-unnecessary-value-param)

@@ -32,7 +32,7 @@ FontActivationTracker::FontActivationTracker(LoomInterface* loomInterface)
     : m_pLoomInterface(loomInterface) {}
 
 FontActivationTracker::~FontActivationTracker() {
-  const GScopedLock lock(m_Mutex, true, new GBlockingLockStrategy);
+  const GScopedLock lock(m_Mutex);
   ReleaseAllFonts();
 }
 
