@@ -99,13 +99,12 @@ uint32_t Connection::NewID() {
 TErrCode Connection::Call(ClientMessage& request, const CallLimit& limit, Incoming& reply,
                           const ProgressSink& progress) {
   const auto start = Clock::now();
-  auto deadline = start + limit.answer;
   uint32_t id = 0;
   {
     std::scoped_lock lock(mMutex);
     if (mBroken) return GAgentIF::kShutdown;
     id = NewID();
-    mPending.try_emplace(id);
+    mPending[id].wantsProgress = static_cast<bool>(progress);
   }
   struct Forget {
     Connection& connection;
@@ -119,13 +118,20 @@ TErrCode Connection::Call(ClientMessage& request, const CallLimit& limit, Incomi
   request.set_id(id);
   std::string frame;
   if (!kiln::AppendFrame(request, frame)) return GIPCReceiver::kMessageTooLarge;
-  const auto sendDeadline = limit.silence.count() > 0 ? start + limit.silence : deadline;
-  if (const TErrCode code = Send(frame, sendDeadline); code != CoreErrorCodes::kSuccess) return code;
+  const auto sendLimit = limit.silence.count() > 0 ? limit.silence : limit.answer;
+  if (const TErrCode code = Send(frame, start + sendLimit); code != CoreErrorCodes::kSuccess) return code;
+  return Await(id, start, limit, reply, progress);
+}
 
+TErrCode Connection::Await(uint32_t id, Clock::time_point start, const CallLimit& limit, Incoming& reply,
+                           const ProgressSink& progress) {
+  auto deadline = start + limit.answer;
+  auto nextPing = start + kPingInterval;
+  const bool watched = limit.silence.count() > 0;
   std::unique_lock lock(mMutex);
   std::deque<Incoming>& messages = mPending.at(id).messages;
-  auto nextPing = start + kPingInterval;
   for (;;) {
+    const auto now = Clock::now();
     if (!messages.empty()) {
       Incoming incoming = std::move(messages.front());
       messages.pop_front();
@@ -134,29 +140,24 @@ TErrCode Connection::Call(ClientMessage& request, const CallLimit& limit, Incomi
         return reply.message.error();
       }
       lock.unlock();
-      if (progress) progress(incoming.message);
+      progress(incoming.message);
       deadline = Clock::now() + limit.answer;
       lock.lock();
       continue;
     }
+    const auto silent = watched ? std::max(start, mLastHeard) + limit.silence : deadline;
     if (mBroken) return GAgentIF::kShutdown;
-    auto until = deadline;
-    if (limit.silence.count() > 0) {
-      until = std::min({deadline, std::max(start, mLastHeard) + limit.silence, nextPing});
-    }
-    if (mAnswered.wait_until(lock, until) == std::cv_status::no_timeout || !messages.empty() || mBroken) {
-      continue;
-    }
-    const auto now = Clock::now();
-    if (now >= deadline) return GIPCClient::kServiceUnavailable;
-    if (now >= std::max(start, mLastHeard) + limit.silence) return GIPCClient::kServiceUnavailable;
-    if (now >= nextPing) {
+    if (now >= std::min(deadline, silent)) return GIPCClient::kServiceUnavailable;
+    if (watched && now >= nextPing) {
       nextPing = now + kPingInterval;
       const uint32_t pingID = NewID();
       lock.unlock();
-      Ping(pingID, now + limit.silence);
+      Ping(pingID, silent);
       lock.lock();
+      continue;
     }
+    const auto until = watched ? std::min({deadline, silent, nextPing}) : deadline;
+    mAnswered.wait_until(lock, until, [&] { return mBroken || !messages.empty(); });
   }
 }
 
@@ -225,6 +226,7 @@ bool Connection::Dispatch(Incoming&& incoming) {
   mLastHeard = Clock::now();
   const auto call = mPending.find(replyTo);
   if (call == mPending.end()) return !mBroken;  // an event, a ping, or its caller has stopped waiting
+  if (incoming.message.has_progress() && !call->second.wantsProgress) return !mBroken;
   if (call->second.messages.size() == kMaxMessagesOfCall) return false;
   call->second.messages.push_back(std::move(incoming));
   mAnswered.notify_all();

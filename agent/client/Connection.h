@@ -16,7 +16,7 @@
 
 /// How long a call may take.
 struct CallLimit {
-  /// From sending to the answer; of a call with progress, from each progress message to the next.
+  /// From sending to the answer; of a call with a ProgressSink, from each progress message to the next.
   std::chrono::milliseconds answer{5000};
   /// For a call that may take longer than an agent that lives may be silent: the agent is pinged meanwhile,
   /// and has to say anything at all within this time. 0 doesn't ask.
@@ -76,6 +76,7 @@ class Connection {
 
  private:
   struct PendingCall {
+    bool wantsProgress = false;
     std::deque<Incoming> messages;
   };
   /// More progress than this waiting for a caller is no progress of this agent's.
@@ -84,6 +85,8 @@ class Connection {
   Connection(int socket, EventSink events);
   void ReadUntilBroken();
   bool Dispatch(Incoming&& incoming);
+  TErrCode Await(uint32_t id, Clock::time_point start, const CallLimit& limit, Incoming& reply,
+                 const ProgressSink& progress);
   TErrCode Send(const std::string& frame, Clock::time_point deadline);
   void Ping(uint32_t id, Clock::time_point deadline);
   uint32_t NewID();

@@ -88,7 +88,9 @@ std::shared_ptr<Connection> Session::Connected(TErrCode& code) {
 
 std::shared_ptr<Connection> Session::Connect(TErrCode& code) {
   using Clock = Connection::Clock;
-  const auto until = Clock::now() + kConnectWindow;
+  const auto now = Clock::now();
+  const bool again = mWaitedInVain != Clock::time_point() && now - mWaitedInVain < kShortWindowsLast;
+  const auto until = now + (again ? kShortWindow : kConnectWindow);
   const std::string path = kiln::SocketPath();
   while (!mDropped) {
     std::shared_ptr<Connection> connection = Connection::Open(path, mEvents, code);
@@ -96,10 +98,13 @@ std::shared_ptr<Connection> Session::Connect(TErrCode& code) {
       const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
       code = Greet(*connection, std::max(left, std::chrono::milliseconds{1}));
       if (code == CoreErrorCodes::kSuccess) return connection;
+      if (code == GIPCClient::kServiceUnavailable) mWaitedInVain = Clock::now();
       // An agent that closes instead of greeting back is on its way out; the next may be on its way in.
       if (code != GAgentIF::kShutdown) return nullptr;
     }
-    if (Clock::now() + kRetryPause >= until || !IsAgentProcessRunning()) {
+    const bool waitedInVain = Clock::now() + kRetryPause >= until;
+    if (waitedInVain) mWaitedInVain = Clock::now();
+    if (waitedInVain || !IsAgentProcessRunning()) {
       code = GIPCClient::kServiceUnavailable;
       return nullptr;
     }

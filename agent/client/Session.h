@@ -23,6 +23,9 @@ class Session {
  public:
   /// How long a call waits for an agent whose process runs but doesn't listen or greet yet.
   static constexpr std::chrono::milliseconds kConnectWindow{3000};
+  /// The same for the calls that follow a wait in vain, for a while: a start-up makes several.
+  static constexpr std::chrono::milliseconds kShortWindow{250};
+  static constexpr std::chrono::seconds kShortWindowsLast{5};
 
   /// \param clientUUID  Names this process to the agent.
   /// \param events  As Connection takes it; must outlive the session.
@@ -59,7 +62,8 @@ class Session {
   const Connection::EventSink mEvents;
   std::atomic<int> mHostType = 0;
   std::atomic<bool> mDropped = false;
-  std::mutex mConnectMutex;  // held while connecting, so that callers wait for one attempt
+  std::mutex mConnectMutex;                     // held while connecting, so that callers wait for one attempt
+  Connection::Clock::time_point mWaitedInVain;  // when last; with mConnectMutex
   std::mutex mMutex;
   std::shared_ptr<Connection> mConnection;
   std::string mLogFile;
