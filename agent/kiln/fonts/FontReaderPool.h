@@ -16,7 +16,7 @@ class BoundedLog;
 /// Has font files read by children (KilnFontReader), two at a time, each with some files ahead. A child that
 /// dies, hangs or answers nonsense costs the file that it was at; the others go to the next child.
 ///
-/// Thread: that of the io_context, from which the answers come, too.
+/// Thread: that of the io_context, from which the answers come, too. The process must ignore SIGPIPE.
 class FontReaderPool {
  public:
   using Answer = std::function<void(const wire::ReadFile&)>;

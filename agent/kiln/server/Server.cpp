@@ -159,7 +159,11 @@ void Server::OnClosed(const std::shared_ptr<Connection>& connection) {
   for (const std::shared_ptr<Connection>& other : mConnections) {
     another = another || (other->saidHello && other->uuid == connection->uuid);
   }
-  if (connection->saidHello && !another && !mStopping) mSession.EndSession(*connection);
+  if (mStopping) {
+    if (mConnections.empty()) mContext.stop();
+    return;
+  }
+  if (connection->saidHello && !another) mSession.EndSession(*connection);
   WatchIdle();
 }
 
@@ -183,8 +187,8 @@ void Server::Stop() {
   wire::ServerMessage event;
   event.mutable_shutdown();
   Broadcast(event);
-  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) connection->SendRestAndClose();
   if (mConnections.empty()) return mContext.stop();
+  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) connection->SendRestAndClose();
   // A client that doesn't read doesn't keep Kiln from ending.
   mPause.expires_after(kFarewell);
   mPause.async_wait([this](auto) { mContext.stop(); });

@@ -36,7 +36,7 @@ class Server : public ClientHub {
   /// Opens the library. A library that can't be used doesn't end the server: clients are told why.
   void OpenLibrary();
 
-  /// Tells the clients, and lets the io_context run out of work when they have been told.
+  /// Tells the clients, and stops the io_context when they have been told or a moment has passed.
   void Stop();
 
   void Broadcast(const wire::ServerMessage& event) override;

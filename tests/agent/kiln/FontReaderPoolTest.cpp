@@ -1,6 +1,7 @@
 // The pool with children that are killed, die, or were never there.
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 
 #include <map>
@@ -16,6 +17,8 @@ namespace {
 
 class FontReaderPoolTest : public testing::Test {
  protected:
+  FontReaderPoolTest() { signal(SIGPIPE, SIG_IGN); }
+
   static constexpr const char* kReader = HORNBEAM_STAGE "/lib/hornbeam/Kiln/KilnFontReader";
 
   // Reads files with a program; the error of each by its path, each answered once.
@@ -54,6 +57,9 @@ class FontReaderPoolTest : public testing::Test {
 };
 
 TEST_F(FontReaderPoolTest, AFileThatEndsItsChildIsNamedAndTheOthersAreRead) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "Sanitizers need more memory than the limit of this test";
+#endif
   // Under this limit of memory the big file is the end of whoever reads it.
   const std::string reader = Script("ulimit -v 120000\nexec " + std::string(kReader) + "\n");
   std::vector<std::string> paths = SoundFonts(40);
