@@ -15,6 +15,9 @@ FontManagerInterface* FontManagerInterface::GetConnectedFontManager() {
   return manager && manager->IsFontManagerConnected() ? manager : nullptr;
 }
 
+// Names and lists come by value where the facade's published table has them so.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 bool FontManagerInterface::ConnectedToHornbeam() {
   return false;
 }
