@@ -27,13 +27,19 @@ heading() {
   "$@" | sed 's/^/    /'
 }
 
+# What fc-list shows; the one family that this home has without Kiln is only counted.
+show_fc_list() {
+  fc-list : family style | sort | grep -v '^DejaVu' || true
+  echo "(and $(fc-list : family | grep -c '^DejaVu') fonts of the system's DejaVu)"
+}
+
 demo() {
   local document=$1 log=$build/home/open.log fifo=$build/home/open.fifo fonts=$build/demo-fonts pid
   fetch_demo_fonts "$fonts"
 
   heading 'The library is filled with fonts that this home does not show:' \
     "$hornbeam" library add "$fonts"
-  heading 'fc-list before:' sh -c 'fc-list : family style | sort'
+  heading 'fc-list before:' show_fc_list
 
   rm -f "$fifo"
   mkfifo "$fifo"
@@ -42,7 +48,7 @@ demo() {
   exec 9>"$fifo"
   while kill -0 "$pid" 2>/dev/null && ! grep -q 'host' "$log"; do sleep 0.05; done
   heading 'The document is opened:' cat "$log"
-  heading 'fc-list while it is open:' sh -c 'fc-list : family style | sort'
+  heading 'fc-list while it is open:' show_fc_list
 
   local shown
   shown=$(wc -l <"$log")
@@ -50,6 +56,6 @@ demo() {
   wait "$pid"
   rm -f "$fifo"
   heading 'The document is closed:' tail -n "+$((shown + 1))" "$log"
-  heading 'fc-list after:' sh -c 'fc-list : family style | sort'
+  heading 'fc-list after:' show_fc_list
   heading 'The font manager:' "$hornbeam" status
 }

@@ -2,12 +2,14 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
 #include "Complaint.h"
 #include "ExitCodes.h"
+#include "KilnLibrary.h"
 #include "OpenReport.h"
 #include "ProgressLine.h"
 #include "UserPause.h"
@@ -51,6 +53,7 @@ class OpenRun {
     if (m_options.save) SaveAll();
     CloseAll();
     m_host.Shutdown();
+    ComplainIfKilnDied();
     return m_exitCode;
   }
 
@@ -101,6 +104,16 @@ class OpenRun {
       }
       if (m_options.json) document.report.PrintJson();
     }
+  }
+
+  // A Kiln that was killed can't be asked to give anything back; it does so itself at its next start, which
+  // finds that this process has gone.
+  void ComplainIfKilnDied() const {
+    const bool activated =
+        std::any_of(m_documents.begin(), m_documents.end(),
+                    [](const OpenedDocument& document) { return document.report.HasActivated(); });
+    if (!activated || m_options.keepOpen || KilnLibrary::IsKilnRunning()) return;
+    Complain("Kiln has ended unexpectedly; it gives the fonts back when it starts again");
   }
 
   const OpenOptions& m_options;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <set>
 #include <utility>
 
 #include "JsonText.h"
@@ -9,10 +10,14 @@
 
 namespace {
 
+// Each text once: a file that is placed ten times is still one file.
 template <typename List, typename Name>
 std::string Joined(const List& list, Name name) {
   std::string text;
-  for (const auto& element : list) text += (text.empty() ? "" : ", ") + name(element);
+  std::set<std::string> seen;
+  for (const auto& element : list) {
+    if (seen.insert(name(element)).second) text += (text.empty() ? "" : ", ") + name(element);
+  }
   return PrintableText(text);
 }
 
@@ -36,6 +41,11 @@ void OpenReport::SetClosed(const Host& host, Host::DocumentID document) {
   m_activity.deactivated = host.Activity(document).deactivated;
 }
 
+bool OpenReport::HasActivated() const {
+  return std::any_of(m_activity.matched.begin(), m_activity.matched.end(),
+                     [](const auto& font) { return !font.wasActive; });
+}
+
 void OpenReport::PrintOpened() const {
   const auto active = std::count_if(m_activity.matched.begin(), m_activity.matched.end(),
                                     [](const auto& font) { return font.wasActive; });
@@ -44,6 +54,7 @@ void OpenReport::PrintOpened() const {
               m_activity.matched.size() - static_cast<size_t>(active), static_cast<size_t>(active),
               m_activity.problems.size());
   for (const Host::UsedFont& font : m_usedFonts) PrintFont(font);
+  PrintOtherProblems();
   PrintAlert();
 }
 
@@ -60,6 +71,14 @@ void OpenReport::PrintFont(const Host::UsedFont& font) const {
             std::to_string(matched->databaseID) + ")";
   }
   std::printf("  %-40s %s\n", PrintableText(name).c_str(), state.c_str());
+}
+
+void OpenReport::PrintOtherProblems() const {
+  for (const std::string& name : m_activity.problems) {
+    const bool used = std::any_of(m_usedFonts.begin(), m_usedFonts.end(),
+                                  [&name](const auto& font) { return font.postScriptName == name; });
+    if (!used) std::printf("  %-40s missing, looked for under this name too\n", PrintableText(name).c_str());
+  }
 }
 
 void OpenReport::PrintAlert() const {

@@ -14,6 +14,9 @@ class OpenReport {
   /// Takes in what the close gave back.
   void SetClosed(const headless::HeadlessHost& host, headless::HeadlessHost::DocumentID document);
 
+  /// Whether the document brought in any font.
+  bool HasActivated() const;
+
   void PrintOpened() const;
   void PrintClosed() const;
   /// The line of `--json`, all in one.
@@ -23,6 +26,8 @@ class OpenReport {
   using Host = headless::HeadlessHost;
 
   void PrintFont(const Host::UsedFont& font) const;
+  // A font without a real name is looked for under more than one.
+  void PrintOtherProblems() const;
   void PrintAlert() const;
 
   const std::string m_path;

@@ -8,6 +8,8 @@
 #include "ClassIDs.h"
 #include "PlugIn.h"
 #include "headless/ActivityReport.h"
+#include "headless/Alert.h"
+#include "headless/Alert.h"
 #include "headless/CommandProcessor.h"
 #include "headless/FontManager.h"
 #include "headless/HostLink.h"
@@ -33,6 +35,7 @@ class HostServices {
     });
     m_session->Emplace<LinkFacade>();
     m_session->Emplace<CommandProcessor>();
+    m_session->Emplace<Alert>();
     m_session->Emplace<ActivityReport>([this](const UIDRef& document) { return LogOf(document); });
     m_pIdleTasks = m_session->Emplace<IdleTaskManager>();
   }

@@ -16,10 +16,11 @@ class PrivateHome {
  public:
   PrivateHome() {
     for (const char* folder : {"data/fonts", "config", "cache", "state", "run"}) m_folder.MakeFolder(folder);
-    m_folder.Write(
-        "fonts.conf",
-        "<?xml version=\"1.0\"?>\n<!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">\n<fontconfig>"
-        "<dir prefix=\"xdg\">fonts</dir><cachedir prefix=\"xdg\">fontconfig</cachedir></fontconfig>\n");
+    // Not by prefix="xdg", which also takes in the folders of XDG_DATA_DIRS.
+    m_folder.Write("fonts.conf",
+                   "<?xml version=\"1.0\"?>\n<!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">\n<fontconfig><dir>" +
+                       m_folder.Path("data/fonts") +
+                       "</dir><cachedir prefix=\"xdg\">fontconfig</cachedir></fontconfig>\n");
   }
 
   ~PrivateHome() {
