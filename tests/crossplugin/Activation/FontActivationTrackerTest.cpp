@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <set>
 #include <stdexcept>
 
@@ -53,6 +54,10 @@ struct CloseCase {
   std::vector<std::pair<const char*, IDs>> closes;  // document, what is given back at the agent
   std::vector<IDs> oneByOne;                        // the same without an agent, where states play no part
 };
+
+void PrintTo(const CloseCase& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class CloseRulesTest : public FontActivationTrackerTest, public testing::WithParamInterface<CloseCase> {};
 
