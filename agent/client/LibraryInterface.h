@@ -20,15 +20,12 @@ typedef void (*KilnProgressProc)(unsigned long done, unsigned long total, const 
 ///
 /// \param paths  Strings. Not owned.
 /// \param progress  May be null. Must not throw, and may call no entry.
-/// \param outResults  Receives one dictionary a file, in the order in which they were dealt with: "path"
-/// (string),
-///     "status" ("added", "known", "failed"), "code" (decimal text, 0 unless failed), "message" (string, a
-///     sentence for the user when failed), "fonts" (array of the PostScript names in the file). Mutable, must
-///     retain.
-/// \return 0 when the agent dealt with the list, however many files failed. The call may take as long as it
-/// needs
-///     while the agent reports progress; 5 s of silence end it with 0x0300100E. What was added by then stays,
-///     and nothing is appended to outResults.
+/// \param outResults  Receives one dictionary a file, in the agent's order: "path" (string); "status", one of
+///     "added", "known", "failed"; "code" (decimal text, 0 unless failed); "message" (string, a sentence for
+///     the user when failed, else empty); "fonts" (array of the PostScript names). Must be mutable.
+/// \return 0 when the agent dealt with the list, however many files failed. The call takes as long as the
+///     agent needs while it reports progress; 5 s of silence end it with 0x0300100E. What was added by then
+///     stays in the library, and nothing is appended to outResults.
 TALWORTH_EXPORT ErrCode KilnLibraryAddPaths(FacadeRef, CFArrayRef paths, KilnProgressProc progress,
                                             void* context, CFMutableArrayRef outResults);
 
@@ -37,7 +34,7 @@ TALWORTH_EXPORT ErrCode KilnLibraryAddPaths(FacadeRef, CFArrayRef paths, KilnPro
 TALWORTH_EXPORT ErrCode KilnLibraryListFonts(FacadeRef, CFMutableArrayRef outFonts);
 
 /// Sets what the agent says of itself, all as strings: "version", "pid", "vaultPath", "vaultStatus" (code, 0
-/// when the vault is in use by this agent), "fontCount", "activeFontCount", "clientCount".
+/// when the vault is in use by this agent), "fontCount", "systemFontCount", "activeFontCount", "clientCount".
 TALWORTH_EXPORT ErrCode KilnLibraryStatus(FacadeRef, CFMutableDictionaryRef outStatus);
 
 }  // extern "C"

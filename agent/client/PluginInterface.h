@@ -7,28 +7,31 @@
 ///
 /// Life of the library:
 ///   1. Loaded: nothing runs, nothing is connected.
-///   2. GetPluginFacadeInstance() gives the facade. It never blocks and never fails.
+///   2. GetPluginFacadeInstance() gives the facade. It doesn't connect and doesn't block.
 ///   3. The first call that needs the agent connects to it. When the agent's process runs but doesn't listen
-///   yet,
-///      as a moment after its launch, the call waits for it, at most 3 s; when there is no such process it
-///      fails at once.
+///      yet, as a moment after its launch, the call waits, at most 3 s; without such a process it fails at
+///      once.
 ///   4. When the connection breaks, the calls under way end with 0x0200200D. A later call connects anew: the
 ///      agent knows this process by an identity made once per load, so its activations stay its own.
 ///   5. ResetPluginFacadeInstance() drops connection and facade; a dropped facade is refused, never followed.
 ///   6. CleanUpOnShutdown() ends the library's threads and takes its fonts out of the process.
 ///
-/// Facade: every entry that takes one accepts the newest result of GetPluginFacadeInstance() only. Any other
-/// value, null and a facade from before a reset among them, gives 0x0200200D with nothing sent.
+/// Facade: every entry that takes one and asks the agent accepts the newest result of
+/// GetPluginFacadeInstance() only. Any other value, null and a facade from before a reset among them, gives
+/// 0x0200200D with nothing sent.
 ///
-/// Codes: 0 is success; the others are the shared 32-bit codes (GErrors.h). Every entry may give
-///   0x0300100E  the agent isn't there or doesn't answer in time (5 s; activation of a document's fonts 60 s,
-///   of
-///               which the agent may be silent for no more than 5);
-///   0x0200200D  the connection broke under the call, or the facade is a dropped one;
-///   0x0E000000  the agent speaks another version of the protocol;
-///   0x04000000, 0x05000000  an argument has no sense, or a pointer that must be set is null; nothing was
-///   sent; 0x06000000, 0x02000000  out of memory, and any other exception inside the library.
-/// The rows name further codes. Unless a row says otherwise, outputs are untouched when the result isn't 0.
+/// Codes: 0 is success; the others are the shared 32-bit codes (GErrorCodes.h). Every entry may give
+///   - 0x0300100E: the agent isn't there or doesn't answer in time. A call waits 5 s for its answer; one that
+///     activates or deactivates waits 60 s, but no more than 15 s for an agent that says nothing at all.
+///   - 0x0200200D: the connection broke under the call, or the facade is a dropped one.
+///   - 0x0E000000: the agent speaks another version of the protocol.
+///   - 0x05000000, 0x04000000: a pointer that must be set is null; another argument has no sense or its text
+///     isn't UTF-8. Nothing was sent.
+///   - 0x03001009: the arguments don't fit into a message (16 MiB). Nothing was sent.
+///   - 0x01004015: the agent's answer has no sense.
+///   - 0x06000000, 0x02000000: out of memory; any other exception inside the library.
+/// and what the agent answers for a vault or database that it can't use. The rows name further codes. Unless
+/// a row says otherwise, outputs are untouched when the result isn't 0.
 ///
 /// Entries marked (later) answer 0x08000000, CoreErrorCodes::kNotImplemented, and touch nothing.
 ///
@@ -38,12 +41,13 @@
 ///
 /// Ownership: arrays, dictionaries and buffers passed in are the caller's and only used during the call. What
 /// the library makes for an `out` argument of type CF...Ref* is the caller's to release. Font records hold
-/// strings only and go by the keys of RecordKeys.h.
+/// strings, and lists of them, by the keys of RecordKeys.h.
 ///
-/// Threads: every entry may be called on any thread but from inside a notification callback, where all but
-/// UnregisterForNotifications() give 0x10000000 (not supported). An entry that changes what is active also
-/// changes the process's fontconfig configuration, in place and before it returns; call those on the thread
-/// on which the process uses fontconfig (see ProcessFonts.h).
+/// Threads: every entry may be called on any thread, several at once, but not from inside a notification
+/// callback: there all but UnregisterForNotifications() give 0x10000000 (not supported). An entry that
+/// changes what is active also changes the process's fontconfig configuration, in place and before it
+/// returns: call it on the thread on which the process uses fontconfig (FontconfigSystem.h tells why that is
+/// safe).
 ///
 /// Nothing throws.
 
@@ -61,7 +65,7 @@ typedef unsigned int ErrCode;
 /// the kind (NotificationKind). The result is 0; the library doesn't read it.
 typedef int (*NotifyProc)(int kind, void* data);
 
-/// What a notification says, and the type of its data.
+/// What a notification says, and the type of its data. Kiln sends 0, 8, 9 and 23 so far.
 enum NotificationKind {
   kNotification_AgentShutdown = 0,                    ///< none; the agent ends in good order
   kNotification_OnlineStateChanged = 1,               ///< bool*: online now
@@ -87,23 +91,28 @@ enum NotificationKind {
   kNotification_FontServerReplicationStopped = 28,    ///< none
 };
 
-// --- 1 to 11
-// -------------------------------------------------------------------------------------------------
+// ----------------------------------------------------------------------------------------------------
+// 1 to 11
+// ----------------------------------------------------------------------------------------------------
 
 /// 1. Activates fonts for every program of the user and makes them visible to this process before it returns.
-/// `reserved` is null; `mode` 1 marks them temporary, 0 lasting; `flagA` 1 marks them auto-activated; `flagB`
-/// 1 goes on past a font that fails. IDs that failed go to `idsA`, IDs that the agent's compliance rules
-/// refuse to `idsB`, each cut to its capacity; `countA` and `countB` tell how many were written. The four are
-/// written whenever the agent answered. 0x0500400C: at least one font was refused (the others are active).
+/// `reserved` is null; `mode` 1 marks them temporary, 0 lasting, by the user's hand; of the temporary ones
+/// `flagA` 1 marks those auto-activated for this process, 0 those by the user's hand; `flagB` is 1 and not
+/// read: a font that fails never stops the others. IDs that failed go to `idsA`, IDs that the agent's
+/// compliance rules refuse to `idsB`, each cut to its capacity; `countA` and `countB` tell how many were
+/// written. The four may be null, and are written whenever the agent answered. 0x0500400C: at least one font
+/// was refused (the others are active).
 TALWORTH_EXPORT ErrCode ActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                       const void* reserved, int mode, int flagA, int flagB,
                                       unsigned long capacityA, unsigned long capacityB, unsigned int* idsA,
                                       unsigned int* idsB, unsigned int* countA, unsigned int* countB);
 /// 2. Matches a document's font list and activates what matched, in one call however long the list. `path`
-/// names the document and may be empty; an element of `fonts` is a font record, or a dictionary with
-/// "EmbeddedFonts" alone whose records help to choose among candidates. Matched records are appended to
-/// `outMatched` in the order of `fonts`, with their states as they were before the call; fonts without a
-/// match are appended to `outProblems` with "PossibleReplacements". Both arrays must be mutable and retain.
+/// names the document in the agent's log and may be null; an element of `fonts` is a font record, or a
+/// dictionary with "EmbeddedFonts" alone whose records help to choose among candidates; others are passed
+/// over. Workgroup -2 means all, like 0. Matched records are appended to `outMatched` in the order of
+/// `fonts`, with their states as they were before the call; a font that only belongs to a matched one's
+/// family follows it. For a font without a match a mutable copy of its record is appended to `outProblems`,
+/// with "PossibleReplacements" (may be empty). Both arrays must be mutable.
 TALWORTH_EXPORT ErrCode ActivateDocumentFontsByPath(FacadeRef, const char* path, CFArrayRef fonts,
                                                     bool nextGenPlugin, bool activateEntireFamily,
                                                     bool pickBestMatch, bool glyphMarkEnabled,
@@ -112,8 +121,8 @@ TALWORTH_EXPORT ErrCode ActivateDocumentFontsByPath(FacadeRef, const char* path,
 /// 3. Puts fonts into sets (later).
 TALWORTH_EXPORT ErrCode AddFontsToSets(FacadeRef, unsigned long fontCount, const unsigned int* fontIDs,
                                        unsigned long setCount, const unsigned int* setIDs);
-/// 4. Names this process's log file in the user's log folder; a folder in the name is ignored. The file is
-/// opened for appending; until then Log() writes nothing. Needs no agent. 0x02001004: can't be opened.
+/// 4. Names the file, in the folder of the agent's own log, that this process's texts go to from now on, over
+/// reconnects. 0x04000000: no name, or a folder in it. 0x02001004: the file can't be opened.
 TALWORTH_EXPORT ErrCode BeginLogging(FacadeRef, const char* logFileName);
 /// 5. Whether all the fonts may be exported (later).
 TALWORTH_EXPORT ErrCode CanExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
@@ -122,13 +131,14 @@ TALWORTH_EXPORT ErrCode CanExportFonts(FacadeRef, unsigned long count, const uns
 TALWORTH_EXPORT ErrCode CreateTopLevelSet(FacadeRef, int* outSetID, const char* name, int workgroupID,
                                           int zeroA, int zeroB, unsigned long count,
                                           const unsigned int* fontIDs);
-/// 7. Takes back this process's activations of the fonts; they leave this process before it returns. `zero`
-/// is 0. An ID that this process didn't activate is passed over.
+/// 7. Takes back this process's activations of the fonts. `zero` is 0. An ID that this process didn't
+/// activate is passed over; a font that others keep active stays visible. What this process was made to see
+/// goes before the call returns, what it saw through its font folders a moment later.
 TALWORTH_EXPORT ErrCode DeactivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                         int zero);
 /// 8. Ends what InitThreadInstance() began. 0 also without an agent.
 TALWORTH_EXPORT ErrCode DestroyThreadInstance(FacadeRef);
-/// 9. Tells the agent that this process activates fonts for documents.
+/// 9. Whether the agent is there to activate fonts for documents; this agent needs no leave for it.
 TALWORTH_EXPORT ErrCode EnableDesignActivation(FacadeRef);
 /// 10. Copies the fonts' files into a folder (later).
 TALWORTH_EXPORT ErrCode ExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
@@ -139,10 +149,10 @@ TALWORTH_EXPORT ErrCode FindFontsInSameFamilyForActivation(CFDictionaryRef font,
                                                            unsigned long workgroupCount,
                                                            CFMutableArrayRef outFonts);
 
-// --- 12 to 30: most are names of the agent's columns
-// ---------------------------------------------------------- A string getter fills `buffer` with a fixed text
-// and needs no agent. 0x05000000: null buffer; 0x0C000000: the text and its ending zero don't fit `size`. The
-// buffer is untouched then.
+// ----------------------------------------------------------------------------------------------------
+// 12 to 30, most of them names of the agent's columns. Such a getter fills `buffer` with a fixed text and
+// needs no agent. 0x05000000: null buffer; 0x0C000000: the text and its ending zero don't fit `size`.
+// ----------------------------------------------------------------------------------------------------
 
 TALWORTH_EXPORT ErrCode GetActivationStateColumnID(char* buffer, unsigned long size);  ///< 12
 /// 13. The user's workgroups: records with "WorkgroupID", "WorkgroupName", "WorkgroupType". The first flag
@@ -156,10 +166,10 @@ TALWORTH_EXPORT ErrCode GetAreSchemaVersionsInSync(FacadeRef, int* outInSync);
 /// 15. Adds a receiver of notifications. It stays over reconnects and resets. 0x09000000: it is registered.
 TALWORTH_EXPORT ErrCode RegisterForNotifications(FacadeRef, NotifyProc callback);
 /// 16. Takes a receiver away. When it returns the callback isn't running and won't run again, unless it is
-/// called from the callback itself. Needs no agent and takes any facade. 0x07000000: it isn't registered.
+/// called from a callback. Needs no agent and takes any facade. 0x07000000: it isn't registered.
 TALWORTH_EXPORT ErrCode UnregisterForNotifications(FacadeRef, NotifyProc callback);
 TALWORTH_EXPORT ErrCode GetCanActivateAcrossWorkgroupsColumnID(char* buffer, unsigned long size);  ///< 17
-/// 18. For each ID 1 when a client of the agent, this process or another, activated the font, else 0.
+/// 18. For each ID 1 when this process's own activation of the font stands, else 0.
 TALWORTH_EXPORT ErrCode GetClientFontActivationStates(unsigned long count, const unsigned int* fontIDs,
                                                       int* outStates);
 TALWORTH_EXPORT ErrCode GetDefaultLibraryName(char* buffer, unsigned long size);       ///< 19
@@ -169,9 +179,10 @@ TALWORTH_EXPORT ErrCode GetFamilyGroupNameColumnID(char* buffer, unsigned long s
 TALWORTH_EXPORT ErrCode GetFamilyNameColumnID(char* buffer, unsigned long size);       ///< 23
 TALWORTH_EXPORT ErrCode GetFileSizeColumnID(char* buffer, unsigned long size);         ///< 24
 TALWORTH_EXPORT ErrCode GetFontFaceIDColumnID(char* buffer, unsigned long size);       ///< 25
-/// 26. The record of the font that `query` names by "DatabaseID" and may narrow by "WorkgroupID", looked for
-/// in the given workgroups (none or 0 among them: all). "ActivationStatus" holds the raw state; the keys
-/// derived from it are left to the caller. `outInfo` is the caller's to release. 0x07000000: no such font.
+/// 26. The record of the font that `query` names by "DatabaseID", looked for in the given workgroups (none,
+/// or 0 among them: all); other keys of `query` aren't read. "ActivationStatus" holds the raw state; the keys
+/// derived from it are left to the caller. `outID` may be null. `outInfo` is the caller's to release.
+/// 0x07000000: no such font.
 TALWORTH_EXPORT ErrCode GetFontInfoByID(FacadeRef, const unsigned int* workgroupIDs,
                                         unsigned long workgroupCount, CFDictionaryRef query,
                                         unsigned int* outID, CFMutableDictionaryRef* outInfo);
@@ -182,8 +193,9 @@ TALWORTH_EXPORT ErrCode GetFontLocationColumnID(char* buffer, unsigned long size
 TALWORTH_EXPORT ErrCode GetGlyphMarkChecksumColumnID(char* buffer, unsigned long size);  ///< 29
 TALWORTH_EXPORT ErrCode GetFontTypeColumnID(char* buffer, unsigned long size);           ///< 30
 
-// --- 31 to 55
-// ------------------------------------------------------------------------------------------------
+// ----------------------------------------------------------------------------------------------------
+// 31 to 55
+// ----------------------------------------------------------------------------------------------------
 
 /// 31. The folder of the agent's vault, also when the agent couldn't open it. 0x0C000000: doesn't fit.
 TALWORTH_EXPORT ErrCode GetFontVaultPath(FacadeRef, unsigned long size, char* buffer);
@@ -214,7 +226,8 @@ TALWORTH_EXPORT ErrCode GetLocalPathColumnID(char* buffer, unsigned long size); 
 /// unknown column is 0.
 TALWORTH_EXPORT ErrCode GetPermission(FacadeRef, bool acrossWorkgroups, const char* columnID, int workgroupID,
                                       int* outAllowed);
-/// 44. The facade, made when there is none. Never null, never blocks.
+/// 44. The facade, made when there is none. Never blocks. Null inside a notification callback and out of
+/// memory.
 TALWORTH_EXPORT FacadeRef GetPluginFacadeInstance(void);
 /// 45. Drops the facade and its connection; the next GetPluginFacadeInstance() makes a new one. Calls under
 /// way end with 0x0200200D. Receivers of notifications stay registered.
@@ -226,32 +239,34 @@ TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);   
 TALWORTH_EXPORT ErrCode GetWorkgroupIDColumnID(char* buffer, unsigned long size);     ///< 50
 TALWORTH_EXPORT ErrCode GetWorkgroupNameColumnID(char* buffer, unsigned long size);   ///< 51
 TALWORTH_EXPORT ErrCode GetWorkgroupTypeColumnID(char* buffer, unsigned long size);   ///< 52
-/// 53. Sets up this side: which host this is (0 other, 2, 3, 4, 5, 7), told to the agent when connecting. An
-/// agent that can't be reached is no failure here: GetIsCoreAgentProcessRunning() is what tells. `zero` is 0.
-/// 0x0E000000: agent and library don't agree on protocol or schema.
+/// 53. Sets up this side: which host this is (0 other, 2, 3, 4, 5, 7), told to the agent when connecting.
+/// `zero` is 0. An agent that can't be reached is no failure here: GetIsCoreAgentProcessRunning() is what
+/// tells. 0x0E000000, 0x02001013: agent and library don't agree on protocol or database schema.
 TALWORTH_EXPORT ErrCode InitAppInstance(FacadeRef, int hostType, int zero);
-/// 54. Begins work with the agent. 0x02002005: no agent process; 0x03002005: the agent is there but can't
-/// serve; 0x01002008: the vault can't be used; 0x02002008: another agent holds the vault.
+/// 54. Begins work with the agent. 0x02002005: no agent process; 0x03002005: it runs but doesn't answer, or
+/// speaks another protocol; 0x01002008: the vault can't be used; 0x02002008: another agent holds the vault.
 TALWORTH_EXPORT ErrCode InitThreadInstance(FacadeRef);
 TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);  ///< 55 (later)
 
-// --- 56 to 84
-// ------------------------------------------------------------------------------------------------
+// ----------------------------------------------------------------------------------------------------
+// 56 to 84
+// ----------------------------------------------------------------------------------------------------
 
-/// 56. Appends the text to the log of BeginLogging() as it is. Needs no agent. 0x11000000: no log was begun.
+/// 56. Appends the text as it is to the file of BeginLogging(), without one to the agent's own log.
 TALWORTH_EXPORT ErrCode Log(FacadeRef, const char* text);
 /// 57. Makes a folder and those above it. 0 also when it was there. Needs no agent. 0x05001005: bad path;
 /// 0x04001005: a file is in the way; 0x03004007: the system refused.
 TALWORTH_EXPORT ErrCode OSCreateDirectory(FacadeRef, const char* path);
 /// 58. 0 when the path is a folder; 0x02001005 when it isn't. Needs no agent.
 TALWORTH_EXPORT ErrCode OSDoesDirectoryExist(FacadeRef, const char* path);
-/// 59. Activates fonts for this process alone. `zero` is 0. Codes as entry 1.
+/// 59. Activates fonts, marked as auto-activated, for this process alone. `zero` is 0. 0x0500400C as entry 1;
+/// 0x0100200A: this process can't see one of them; those were given back.
 TALWORTH_EXPORT ErrCode PreviewActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                              int zero);
 TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);  ///< 60 (later)
 TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);    ///< 61 (later)
 TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);     ///< 62 (later)
-/// 63. 1 when the library of Google fonts is on.
+/// 63. 1 when the agent has the library of Google fonts among its workgroups.
 TALWORTH_EXPORT ErrCode GetIsGoogleWebFontsEnabled(FacadeRef, int* outEnabled);
 TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);  ///< 64 (later)
 TALWORTH_EXPORT ErrCode GetRenderedPNGsDirectory(FacadeRef, char* buffer,
@@ -286,9 +301,9 @@ TALWORTH_EXPORT ErrCode SetSmartListQuery(FacadeRef, unsigned int smartListID, u
                                           const unsigned int* smartSetIDs);
 TALWORTH_EXPORT ErrCode GetSmartListFonts(FacadeRef, unsigned int smartListID,
                                           CFMutableArrayRef outFonts);  ///< 75 (later)
-/// 76. Ends the library's work in this process: no callback runs after it, its threads have ended, the
-/// process's own fonts are taken out again. Not from a callback. Always 0. A later GetPluginFacadeInstance()
-/// begins anew.
+/// 76. Ends the library's work in this process: its threads have ended, no callback runs any more (they stay
+/// registered), the process's own fonts are taken out again. Takes any facade. Always 0. A later
+/// GetPluginFacadeInstance() begins anew.
 TALWORTH_EXPORT ErrCode CleanUpOnShutdown(FacadeRef);
 /// 77. For each ID the ID of another active font of the same PostScript name, else 0 (later).
 TALWORTH_EXPORT ErrCode GetFontConflicts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
