@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <mutex>
+#include <string_view>
 
 #include "CoreFoundation/CFString.h"
 #include "CoreFoundation/CFStringFolding.h"
@@ -75,7 +76,9 @@ const UCollator* CollatorFor(CFStringCompareFlags options) {
   UCollator*& collator = collators[ignoresCase + 2 * ignoresMarks + 4 * numerically];
   if (collator == nullptr) {
     UErrorCode status = U_ZERO_ERROR;
-    collator = ucol_open(nullptr, &status);
+    // The POSIX locale sorts by bytes, case and all; its users are better served by Unicode's own order.
+    const std::string_view locale = uloc_getDefault();
+    collator = ucol_open(locale == "en_US_POSIX" ? "" : locale.data(), &status);
     if (U_FAILURE(status)) return nullptr;
     UColAttributeValue strength = UCOL_TERTIARY;
     if (ignoresCase) strength = UCOL_SECONDARY;

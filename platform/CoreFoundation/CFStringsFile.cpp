@@ -34,7 +34,8 @@ class Parser {
   StringsTable Parse() {
     StringsTable table;
     for (SkipBlank(); !AtEnd(); SkipBlank()) {
-      if (!ReadEntry(&table)) SkipEntry();
+      const size_t start = at_;
+      if (!ReadEntry(&table)) SkipEntry(start);
     }
     return table;
   }
@@ -79,13 +80,17 @@ class Parser {
     return true;
   }
 
-  /// To behind the next ";" that isn't in a text, or to the next line when that begins a text.
-  void SkipEntry() {
-    while (!AtEnd()) {
-      const char16_t unit = text_[at_++];
-      if (unit == u';') return;
-      if (unit == u'\n' && text_.substr(at_).starts_with(u'"')) return;
+  /// To behind the next ";", or to a text that begins a line: there the next entry has begun.
+  void SkipEntry(size_t start) {
+    for (; !AtEnd(); ++at_) {
+      if (at_ > start && text_[at_] == u'"' && BeginsLine()) return;
+      if (Take(u';')) return;
     }
+  }
+
+  bool BeginsLine() const {
+    const size_t before = text_.find_last_not_of(u" \t", at_ - 1);
+    return before == std::u16string_view::npos || text_[before] == u'\n' || text_[before] == u'\r';
   }
 
   std::optional<std::u16string> ReadText() {

@@ -11,12 +11,14 @@
 #include <atomic>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <thread>
 
 namespace platform {
 
@@ -38,10 +40,26 @@ std::optional<std::string> ReadAll(const std::string& path) {
   return bytes;
 }
 
+/// The environment that the process was started with; nothing when it may not be read. Just after its start a
+/// process has neither arguments nor environment to show, for less than a millisecond.
+std::optional<std::string> EnvironmentOf(pid_t pid) {
+  constexpr int kTries = 50;
+  std::optional<std::string> environment = ReadAll(FolderOf(pid) + "/environ");
+  for (int i = 0; i < kTries && environment && environment->empty(); ++i) {
+    const std::optional<std::string> arguments = ReadAll(FolderOf(pid) + "/cmdline");
+    if (!arguments) return std::nullopt;
+    const bool started = !arguments->empty();
+    if (!started) std::this_thread::sleep_for(std::chrono::microseconds(100));
+    environment = ReadAll(FolderOf(pid) + "/environ");
+    if (started) break;
+  }
+  return environment;
+}
+
 /// The variable's value in the environment that the process was started with; "" when it isn't set, nothing
 /// when the environment may not be read.
 std::optional<std::string> SessionOf(pid_t pid) {
-  const std::optional<std::string> environment = ReadAll(FolderOf(pid) + "/environ");
+  const std::optional<std::string> environment = EnvironmentOf(pid);
   if (!environment) return std::nullopt;
   std::string_view rest = *environment;
   while (!rest.empty()) {
@@ -148,10 +166,10 @@ std::vector<RunningProcess> Processes::ListSession() {
     if (bad != std::errc() || end != name.data() + name.size()) continue;
     struct stat status {};
     if (stat(entry->path().c_str(), &status) != 0 || status.st_uid != geteuid()) continue;
-    // /proc shows what a process was started with; this one may have been moved to another session since.
-    if (pid != getpid() && SessionOf(pid) != session) continue;
     std::string executable = ExecutableOf(pid);
-    if (!executable.empty()) result.push_back({pid, std::move(executable)});
+    if (executable.empty()) continue;
+    // /proc shows what a process was started with; this one may have been moved to another session since.
+    if (pid == getpid() || SessionOf(pid) == session) result.push_back({pid, std::move(executable)});
   }
   std::sort(result.begin(), result.end(),
             [](const RunningProcess& a, const RunningProcess& b) { return a.pid < b.pid; });
