@@ -220,15 +220,20 @@ void Connection::ReadUntilBroken() {
 }
 
 bool Connection::Dispatch(Incoming&& incoming) {
-  const uint32_t replyTo = incoming.message.reply_to();
-  if (replyTo == 0) mEvents(std::move(incoming));
-  std::scoped_lock lock(mMutex);
+  std::unique_lock lock(mMutex);
   mLastHeard = Clock::now();
-  const auto call = mPending.find(replyTo);
-  if (call == mPending.end()) return !mBroken;  // an event, a ping, or its caller has stopped waiting
-  if (incoming.message.has_progress() && !call->second.wantsProgress) return !mBroken;
-  if (call->second.messages.size() == kMaxMessagesOfCall) return false;
-  call->second.messages.push_back(std::move(incoming));
+  if (mBroken) return false;
+  if (incoming.message.reply_to() == 0) {
+    lock.unlock();
+    mEvents(std::move(incoming));
+    return true;
+  }
+  const auto call = mPending.find(incoming.message.reply_to());
+  if (call == mPending.end()) return true;  // a ping's, or its caller has stopped waiting
+  PendingCall& pending = call->second;
+  if (incoming.message.has_progress() && !pending.wantsProgress) return true;
+  if (pending.messages.size() == kMaxMessagesOfCall) return false;
+  pending.messages.push_back(std::move(incoming));
   mAnswered.notify_all();
-  return !mBroken;
+  return true;
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
 #include <future>
 
 #include "FakeAgent.h"
@@ -56,7 +57,7 @@ TEST_F(SessionTest, GreetsWithWhoThisIs) {
   EXPECT_EQ(hello.client_uuid(), "0-1-2-3");
   EXPECT_EQ(hello.pid(), uint32_t(getpid()));
   EXPECT_EQ(hello.host_type(), 4);
-  EXPECT_EQ(hello.program(), "test_client");
+  EXPECT_EQ(hello.program(), std::filesystem::read_symlink("/proc/self/exe").filename());
 }
 
 struct GreetingCase {
