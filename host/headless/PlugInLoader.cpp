@@ -35,11 +35,11 @@ std::vector<PlugIn*> PlugInLoader::Load(const std::string& folder, std::vector<s
   if (!bundles) return plugIns;
   for (const RetainPtr<CFBundleRef>& bundle : ToVector<CFBundleRef>(bundles.get())) {
     const auto bundleURL = adoptCF(CFBundleCopyBundleURL(bundle.get()));
-    const std::string path = ToPath(bundleURL.get());
+    const std::string named = ToPath(bundleURL.get()) + ": ";
     // Held before its code runs: its static initialisers look it up.
     m_vBundles.push_back(bundle);
     if (const std::string failure = LoadExecutable(bundle.get()); !failure.empty()) {
-      errors.push_back(path + ": " + failure);
+      errors.push_back(named + failure);
       continue;
     }
     const auto getPlugIn =
@@ -48,7 +48,7 @@ std::vector<PlugIn*> PlugInLoader::Load(const std::string& folder, std::vector<s
     if (plugIn) {
       plugIns.push_back(plugIn);
     } else {
-      errors.push_back(path + ": is no plug-in, as it has no " + kGetPlugInEntry);
+      errors.push_back(named + "is no plug-in, as it has no entry");
     }
   }
   return plugIns;

@@ -18,7 +18,7 @@ constexpr const char* kRootParagraphStyle = "ParagraphStyle/$ID/[No paragraph st
 std::string ReadBasedOn(const pugi::xml_node& element, std::string_view kind) {
   const pugi::xml_node property = element.child("Properties").child("BasedOn");
   const pugi::xml_attribute attribute = element.attribute("BasedOn");
-  const std::string value = attribute ? attribute.value() : property.text().get();
+  std::string value = attribute ? attribute.value() : property.text().get();
   if (value.empty() || value == "n") return {};
   if (value.find(kind) != std::string::npos && value.find('/') != std::string::npos) return value;
   const std::string self = element.attribute("Self").value();
