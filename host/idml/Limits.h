@@ -26,8 +26,11 @@ inline constexpr std::uint64_t kRatioFreeSize = 1ULL << 20;
 /// Elements inside one another. Tables in tables in anchored groups come to about 40.
 inline constexpr int kMaximumDepth = 256;
 
-/// Faces listed in Resources/Fonts.xml, and pairs of family and style used by text.
+/// Faces listed in Resources/Fonts.xml.
 inline constexpr std::size_t kMaximumFonts = 32'768;
+
+/// Pairs of family and style that text is set in. A type specimen of a large foundry comes to about 3,000.
+inline constexpr std::size_t kMaximumUsedFonts = 8'192;
 
 /// Paragraph and character styles together.
 inline constexpr std::size_t kMaximumStyles = 20'000;

@@ -109,8 +109,8 @@ class PackageReading {
     XmlPart part;
     if (!part.Load(m_archive, name, error)) return false;
     StoryReader(m_styleSheet, m_usedFonts).Read(part.Root());
-    if (m_usedFonts.Variants().size() > limits::kMaximumFonts) {
-      error = "text uses more than " + std::to_string(limits::kMaximumFonts) + " fonts";
+    if (m_usedFonts.Variants().size() > limits::kMaximumUsedFonts) {
+      error = "text uses more than " + std::to_string(limits::kMaximumUsedFonts) + " fonts";
       return InPart(name, error);
     }
     return ReadLinks(part.Root(), m_vLinks) || TooManyLinks(name, error);
