@@ -10,6 +10,8 @@
 #include "Parsers/PDFFontRecord.h"
 #include "Parsers/PDFObjectReader.h"
 
+class UnlinkedFile;
+
 /// Reads the fonts of a PDF or Illustrator file: those that the resources of its pages name, those of the XMP
 /// font list, and those of Illustrator's private data.
 ///
@@ -25,7 +27,7 @@
 class FontParserPDF : public PDFObjectReader {
  public:
   /// \param url  May be null; `path` counts then. Both are retained.
-  FontParserPDF(CFURLRef url, CFStringRef path);
+  FontParserPDF(CFURLRef url, CFStringRef path) : PDFObjectReader(url, path) {}
 
   void Parse() override;
   void GetObsoleteGlyphmarkData(bool bWantGlyphMark, CFMutableArrayRef& outFonts) override;
@@ -33,15 +35,14 @@ class FontParserPDF : public PDFObjectReader {
   int Save() override;
 
  protected:
-  // What zlib data may be behind a stream's bytes.
+  /// How the data of a stream are packed, as far as it matters.
   enum FilterType : int { kFilterOther = -1, kFilterNone = 0, kFilterFlate = 1 };
 
   // ---- Pages and resources
 
-  bool FindFileStart();
   void ProcessCatalog(PDFObject* object);
+  /// The value of /Count.
   int64_t ProcessPages(PDFObject* object);
-  void ProcessAllKids(int64_t nNumPages);
   void ProcessKids(PDFObject kid);
   void ProcessResources();
   void ProcessFontObject();
@@ -50,8 +51,9 @@ class FontParserPDF : public PDFObjectReader {
 
   void ProcessFonts();
   void ProcessFontMetadata(PDFObject* object);
-  /// \param outFont  Receives a new record that the caller owns.
-  void ConvertPDFFontToFontRecord(const PDFFontRecord& record, CFDictionaryRef* outFont, bool bWantGlyphMark);
+  /// \param outFont  Receives a new mutable record that the caller owns.
+  static void ConvertPDFFontToFontRecord(const PDFFontRecord& record, CFDictionaryRef* outFont,
+                                         bool bWantGlyphMark);
   /// The value of a key in the text of a font dictionary, appended to `outValue`. False when there is none.
   static bool ParseKeyFromGlyphMarkBuffer(const std::string& buffer, const std::string& key,
                                           std::string& outValue);
@@ -61,34 +63,45 @@ class FontParserPDF : public PDFObjectReader {
   // ---- Illustrator's private data
 
   void ProcessIllustratorData(PDFObject* object);
-  /// The reader stands at the first byte of the stream's data. True when a decoded copy was parsed.
+  /// The reader stands at the first byte of the stream's data. True when a decoded copy was made and read.
   bool DecodeAIPrivateData(FilterType filter, int64_t streamLength);
 
  private:
+  using NameSet = std::unordered_set<std::string>;
+
+  bool FindFileStart();
+  void ProcessObjectsFromRoot();
+  void AddNotes();
+
   void ProcessKidsType();
   void AppendFirstKid();
-  void ProcessResourcesReference(int64_t objectNumber);
+  void ProcessResourcesReference(int32_t objectNumber);
   void SkipProcSet();
+
   void ReadFontDictionary(PDFFontRecord* record);
   void CaptureDictionaryText(int64_t start, int64_t end, PDFFontRecord* record);
   void SkipWidths();
-  void ReadXMPFontList();
+  void ReadXMPFontList(NameSet* knownNames);
   void ReadXMPFontName(PDFFontRecord* record);
-  void AddXMPFont(PDFFontRecord record);
-  bool ReadAIPrivateStream(const PDFObject& object);
+  void AddXMPFont(PDFFontRecord record, NameSet* knownNames);
+
+  bool ReadAIPrivateStream();
+  FilterType ReadFilter();
+  bool CopyStream(int64_t start, int64_t length, UnlinkedFile* target);
+  bool InflateStream(int64_t start, UnlinkedFile* target);
   void ParseDecodedFile(const std::string& path);
-  void AddNotes();
 
   PDFObject m_pagesObject;
   PDFObject m_metadataObject;
   PDFObject m_illustratorObject;
-  std::vector<PDFObject> m_vKids;         // the queue of the page walk
-  std::vector<bool> m_vVisitedKids;       // by index in the cross-reference table
-  std::vector<PDFObject> m_vFontObjects;  // each once
-  std::unordered_set<uint64_t> m_fontObjectKeys;
-  std::vector<int64_t> m_vResourceChain;  // references being followed
+  std::vector<PDFObject> m_vKids;                 // the queue of the page walk
+  std::vector<bool> m_vVisitedKids;               // by index in the cross-reference table
+  std::vector<PDFObject> m_vFontObjects;          // each once
+  std::unordered_set<uint64_t> m_fontObjectKeys;  // of those
+  std::vector<int32_t> m_vResourceChain;          // the references that are being followed
   std::vector<PDFFontRecord> m_vFontRecords;
   size_t m_nKeptText = 0;  // bytes in their GlyphMark buffers
   RetainPtr<CFMutableArrayRef> m_illustratorFonts;
-  int m_nNestingDepth = 0;  // 1: inside the private data of another file
+  int m_nNestingDepth = 0;  // 1: in the private data of another file
+  bool m_bHasCatalog = false;
 };

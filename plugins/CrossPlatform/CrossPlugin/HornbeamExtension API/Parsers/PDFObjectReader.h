@@ -3,6 +3,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,15 +44,21 @@ class PDFObjectReader : public FontParser {
   int64_t GetFilePosition() const { return m_nFilePosition; }
   /// The file offset of the next character.
   int64_t GetCurrentPosition() const { return m_nFilePosition - (m_nBlockLength - m_nBlockPosition); }
-  /// Goes there and reads a block.
+  /// Goes there and reads a block; a place that the file doesn't have is a read of nothing.
   void SeekAndReadBlock(int64_t offset);
+  /// The same, and says so in the trace.
+  void GoTo(int64_t offset);
   int64_t GetFileLength() const { return m_nFileLength; }
 
   /// Reads bytes from anywhere, without a change to what the next character is. Short at the end of the file.
   std::string ReadBytesAt(int64_t offset, size_t count);
 
+  /// What is in memory from an offset on, at least one byte unless the file ends there, likewise. Valid until
+  /// the next operation.
+  std::string_view BytesAheadAt(int64_t offset);
+
   /// How many bytes may still be read.
-  int64_t GetRemainingBudget() const { return m_nBudget - m_nBytesRead; }
+  int64_t GetRemainingBudget();
   /// Sets the limit below what OpenFile() works out.
   void LimitBudget(int64_t bytes) { m_nBudgetLimit = bytes; }
 
@@ -64,6 +71,8 @@ class PDFObjectReader : public FontParser {
   const std::string& ProcessLine();
   /// Reads a token; its value, or 0 when it is no number.
   int64_t GetCurrentNumber();
+  /// The value of a token; 0 when it is no number, or one of more than 32 bits.
+  static int32_t ToInt32(std::string_view token);
 
   /// Whether the text has digits only; "" counts, as 0. Not for a number that doesn't fit.
   ///
@@ -83,10 +92,10 @@ class PDFObjectReader : public FontParser {
   /// The same; the first object, or one of number 0 when there was none.
   PDFObject ProcessFirstObject();
 
+  /// The object's index in the cross-reference table; none when the table has it nowhere in the file.
+  std::optional<size_t> FindEntry(const PDFObject& object);
   /// Goes to an object. True if the reader stands behind its "n g" then.
-  ///
-  /// \param outEntry  Receives the object's index in the cross-reference table, on success. May be null.
-  bool FindObject(const PDFObject& object, size_t* outEntry = nullptr);
+  bool FindObject(const PDFObject& object);
   /// The same, and reads one token more, which must be "obj".
   ///
   /// \param outUnexpectedToken  Set when the object was there and that token was another. May be null.
@@ -115,11 +124,14 @@ class PDFObjectReader : public FontParser {
   int64_t m_nFileStartOffset = 0;  ///< Where "%PDF" stands; added to every offset from the file.
   int64_t m_nObjectCount = 0;      ///< The largest /Size.
   bool m_bHasXRefTable = false;
+  bool m_bHasEncryption = false;  ///< A trailer has /Encrypt.
   bool m_bHasXRefStream = false;  ///< "startxref" leads to a cross-reference stream.
 
  private:
   static constexpr int kBlockSize = 256;
 
+  size_t ReadAt(int64_t offset, char* target, size_t count);
+  char ReadHexPair(char plain);
   bool ReadXRefKeyword();
   bool ReadXRefSubsections();
   int64_t ReadTrailer();
