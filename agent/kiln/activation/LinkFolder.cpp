@@ -113,19 +113,20 @@ int LinkFolder::FindBucket(const std::string& name) const {
   return bucket;
 }
 
-uint32_t LinkFolder::Add(const std::string& path, const std::string& wantedName, std::string& place) {
+uint32_t LinkFolder::Add(const std::string& path, const std::string& wantedName, std::string& link) {
   const std::string name = SafeName(wantedName);
   for (;;) {
     const int bucket = FindBucket(name);
     const std::string folder = mFolder + "/" + BucketName(bucket);
     if (const int error = MakeFolders(folder)) return CodeOf(error == ENOENT ? EIO : error);
-    const int error = LinkOrCopy(path, folder + "/" + name);
+    const std::string place = BucketName(bucket) + "/" + name;
+    const int error = LinkOrCopy(path, PathOf(place));
     if (error != 0 && error != EEXIST) {
       rmdir(folder.c_str());
       return CodeOf(error);
     }
     mBuckets[bucket].insert(name);
-    place = BucketName(bucket) + "/" + name;
+    link = place;
     if (error == 0) return codes::kSuccess;
     // Someone else's file has the name: it is noted as taken, and the next bucket is tried.
   }

@@ -124,6 +124,7 @@ uint32_t DocumentMatcher::Activate(int64_t clientID, const wire::ActivateDocumen
 
   if (choices.size() > kMostMatches) return codes::kInvalidParam;
   std::vector<uint32_t> ids;
+  ids.reserve(choices.size());
   for (const Choice& choice : choices) ids.push_back(choice.fontID);
   ActivationBook::ActivateResult result;
   const wire::ActivationMode mode = request.local() ? wire::MODE_AUTO_LOCAL : wire::MODE_AUTO;
