@@ -66,6 +66,28 @@ TEST_F(StartUpService, OffTheMainThreadNoMessageIsShown) {
   EXPECT_TRUE(host.alerts.empty());
 }
 
+TEST_F(StartUpService, AQuitInTheMiddleOfACloseWaitsForItsEnd) {
+  responder.Startup();
+  auto* agent = new FakeFontManager;  // the shutdown deletes the live one
+  agent->AddFont({{kGM_PostScriptNameKey, "Acme-Bold"}});
+  loom.SetPreference("CloseFontsOnDocClose", 1);
+  InMemoryDocument document("A.idml");
+  document.Use("Acme", {{"Bold", "Acme-Bold"}});
+  host.Open(document);
+
+  agent->duringAgentCall = [&] {
+    if (FontManagerInterface::GetFontManager() != agent) return;
+    responder.Shutdown();
+    EXPECT_EQ(FontManagerInterface::GetFontManager(), agent);
+    EXPECT_TRUE(HornbeamGlobals::ArePluginServicesEnabled());
+  };
+  host.Send(kBeforeCloseDocSignalResponderService, document);
+  EXPECT_NE(FontManagerInterface::GetFontManager(), agent);
+  EXPECT_FALSE(HornbeamGlobals::ArePluginServicesEnabled());
+  EXPECT_EQ(HBIndesignPluginGlobals::GetNoOfDocumentsInDocumentList(), 0);
+  EXPECT_EQ(host.deactivated, std::vector<std::string>{"Acme-Bold"});
+}
+
 TEST_F(StartUpService, TheLastCloseFreesDocumentsAndLeavesTheTracker) {
   InMemoryDocument document("A.idml");
   document.Use("Acme", {{"Bold", "Acme-Bold"}});

@@ -41,13 +41,13 @@ void EmptyFromTheBack(std::vector<T>& list) {
 GMutex AppStartupShutdownResponder::msMutex;
 
 void AppStartupShutdownResponder::Startup() {
-  const OperationTrace trace("AppStartupShutdownResponder::Startup", "Entering %s()",
-                             "AppStartupShutdownResponder::Startup");
-  GScopedLock lock(msMutex, true, new GBlockingLockStrategy);
-  if (!lock.IsLocked()) {
-    return;
-  }
   HostCall("AppStartupShutdownResponder::Startup", [] {
+    const OperationTrace trace("AppStartupShutdownResponder::Startup", "Entering %s()",
+                               "AppStartupShutdownResponder::Startup");
+    GScopedLock lock(msMutex, true, new GBlockingLockStrategy);
+    if (!lock.IsLocked()) {
+      return;
+    }
     LoomInterface::SetHostMessageProc(&ShowHostAlert);
     CommonFunctionality::Startup(IDThreading::IsMainThreadDomain());
     CommonFunctionality::InitializeCommonPreferences();
@@ -58,16 +58,28 @@ void AppStartupShutdownResponder::Startup() {
 }
 
 void AppStartupShutdownResponder::Shutdown() {
-  GScopedLock lock(msMutex, true, new GBlockingLockStrategy);
-  const OperationTrace trace("AppStartupShutdownResponder::Shutdown", "Entering %s()",
-                             "AppStartupShutdownResponder::Shutdown");
-  if (lock.IsLocked()) {
-    HostCall("AppStartupShutdownResponder::Shutdown", [] {
-      CommonFunctionality::Shutdown();
-      LoomInterface::SetHostMessageProc(nullptr);
-      HBIndesignPluginGlobals::CleanUpOnShutdown();
-    });
+  // Tracker and font manager can be at work further up the stack, where a message box let the quit come in.
+  if (HostCallScope::IsUnderWay()) {
+    OutputIndentedAndFormattedString(
+        0, "*** AppStartupShutdownResponder::Shutdown waits until the host's other call is over");
+    HostCallScope::RunWhenOver(&ShutDownNow);
+    return;
   }
+  ShutDownNow();
+}
+
+void AppStartupShutdownResponder::ShutDownNow() {
+  HostCall("AppStartupShutdownResponder::Shutdown", [] {
+    GScopedLock lock(msMutex, true, new GBlockingLockStrategy);
+    const OperationTrace trace("AppStartupShutdownResponder::Shutdown", "Entering %s()",
+                               "AppStartupShutdownResponder::Shutdown");
+    if (!lock.IsLocked()) {
+      return;
+    }
+    CommonFunctionality::Shutdown();
+    LoomInterface::SetHostMessageProc(nullptr);
+    HBIndesignPluginGlobals::CleanUpOnShutdown();
+  });
 }
 
 void AppStartupShutdownResponder::ReleaseGlobalMemory(short bDeleteActivationList) {

@@ -16,6 +16,9 @@ class AppStartupShutdownResponder : public CPMUnknown<IStartupShutdownService> {
   /// Starts what all hosts share, writes the default preferences at the first start ever, and installs the
   /// idle task of the session, if there is one. Message boxes are shown on the main thread only.
   void Startup() override;
+
+  /// Gives back the fonts and frees what is shared. When it comes in the middle of another call of the
+  /// host's, from a message box, it is done at the end of that call.
   void Shutdown() override;
 
   /// Frees what is kept for documents, after the last one has closed. Tracker and font manager stay.
@@ -24,6 +27,8 @@ class AppStartupShutdownResponder : public CPMUnknown<IStartupShutdownService> {
   static void ReleaseGlobalMemory(short bDeleteActivationList);
 
  private:
+  static void ShutDownNow();
+
   /// Taken before the mutex of CommonFunctionality.
   static GMutex msMutex;
 };
