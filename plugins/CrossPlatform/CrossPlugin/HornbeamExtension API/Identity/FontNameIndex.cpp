@@ -1,6 +1,5 @@
 #include "Identity/FontNameIndex.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "Identity/PostScriptNames.h"
@@ -50,21 +49,20 @@ void FontNameIndex::AddForm(Forms& forms, const std::string& form, size_t positi
   if (isNew) return;
   Positions& positions = entry->second;
   if (position < positions.lowest) std::swap(position, positions.lowest);
-  positions.others.push_back(position);
+  positions.others.insert(position);
 }
 
 void FontNameIndex::RemoveForm(Forms& forms, const std::string& form, size_t position) {
   const auto entry = forms.find(form);
   if (entry == forms.end()) return;
   Positions& positions = entry->second;
-  std::vector<size_t>& others = positions.others;
+  std::set<size_t>& others = positions.others;
   if (positions.lowest != position) {
-    std::erase(others, position);
+    others.erase(position);
   } else if (others.empty()) {
     forms.erase(entry);
   } else {
-    const auto next = std::min_element(others.begin(), others.end());
-    positions.lowest = *next;
-    others.erase(next);
+    positions.lowest = *others.begin();
+    others.erase(others.begin());
   }
 }

@@ -3,9 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 /// Finds a PostScript name among many, with the same result as three walks over the names: the first
 /// identical one, else the first that matches when stripped, else the first that matches when stripped with
@@ -25,7 +25,7 @@ class FontNameIndex {
   // The positions of one form of a name. Nearly always there is one.
   struct Positions {
     size_t lowest;
-    std::vector<size_t> others;
+    std::set<size_t> others;
   };
   // One map a match level.
   using Forms = std::unordered_map<std::string, Positions>;

@@ -7,7 +7,8 @@
 #include "Parsers/FileBuffer.h"
 
 /// A file to be read, or read and written, by byte offsets of 64 bits. Stream states and results are those of
-/// std::iostream; the reading and the writing position are apart. See FileBuffer for what is opened.
+/// std::iostream, which also gives read, gcount, write, get, peek, ignore, tellg, seekg, tellp, seekp, good,
+/// eof and clear; the reading and the writing position are apart. See FileBuffer for what is opened.
 ///
 /// Thread: one.
 class FStreamWrapper : private FileBuffer, public std::iostream {
@@ -20,14 +21,6 @@ class FStreamWrapper : private FileBuffer, public std::iostream {
   /// \param mode  Bits of std::ios_base::openmode; never truncates or creates. Sets the fail bit on failure,
   /// and clears the state on success.
   void open(const char* path, unsigned mode);
-
-  /// Reads `count` bytes; the end of the file sets eof and fail, as std::istream::read().
-  FStreamWrapper& read(char* target, long count);
-  FStreamWrapper& write(const char* source, long count);
-  /// Discards `count` bytes, or up to the end of the file.
-  FStreamWrapper& ignore(long count);
-  FStreamWrapper& seekg(long long offset, std::ios_base::seekdir from);
-  FStreamWrapper& seekp(long long offset, std::ios_base::seekdir from);
 
   /// The file's length in bytes; -1 while the stream is bad. The reading position stays.
   long long GetStreamLength();

@@ -35,6 +35,11 @@ class FileBuffer : public std::streambuf {
 
   int64_t ReadPosition() const { return m_windowStart + (gptr() - eback()); }
 
+  /// Cuts the file to a length in bytes.
+  bool Truncate(int64_t length);
+  /// How many more bytes the file's disk takes; the largest number when it can't be told.
+  uint64_t FreeSpace() const;
+
   /// How many bytes have been asked of the file so far, read-ahead included.
   uint64_t BytesFetched() const { return m_bytesFetched; }
 

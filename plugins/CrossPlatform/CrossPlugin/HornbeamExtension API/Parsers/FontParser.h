@@ -60,7 +60,7 @@ class FontParser {
   /// 0, or -1 when the last Parse() or Save() was ended by a read or write that failed.
   virtual int GetError() const final { return m_nError; }
 
-  /// Appends the fonts found, in their order, as new records.
+  /// Appends the records of the fonts found, in their order.
   ///
   /// \param bWantGlyphMark  False gives records with the PostScript name alone.
   /// \param outFonts  When null, receives a new array that the caller owns.
