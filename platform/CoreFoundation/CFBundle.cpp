@@ -117,7 +117,7 @@ CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringR
   std::string file = ToStdString(name);
   if (source == nullptr || file.empty()) return nullptr;
   if (const std::string extension = ToStdString(type); !extension.empty()) file += "." + extension;
-  if (const std::string folder = ToStdString(subfolder); !folder.empty()) file = folder + "/" + file;
+  if (const std::string folder = ToStdString(subfolder); !folder.empty()) file.insert(0, folder + "/");
   for (const std::string& place : {source->ResourcesFolder(), source->LocalizedFolder()}) {
     std::error_code error;
     const std::string candidate = place + "/" + file;

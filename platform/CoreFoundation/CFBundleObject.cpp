@@ -52,7 +52,7 @@ std::string __CFBundle::ExecutablePath() const {
   if (name.find('/') != std::string::npos) return {};
   for (const char* place : {"/Contents/Linux/", "/Contents/", "/"}) {
     std::error_code error;
-    const std::string candidate = path + place + name;
+    std::string candidate = path + place + name;
     if (std::filesystem::is_regular_file(candidate, error)) return candidate;
   }
   return {};
@@ -62,7 +62,7 @@ std::string __CFBundle::LocalizedFolder() const {
   const std::string region = ToStdString(CFDictionaryGetValue(info.get(), kCFBundleDevelopmentRegionKey));
   std::error_code error;
   if (!region.empty() && region.find('/') == std::string::npos) {
-    const std::string folder = ResourcesFolder() + "/" + region + ".lproj";
+    std::string folder = ResourcesFolder() + "/" + region + ".lproj";
     if (std::filesystem::is_directory(folder, error)) return folder;
   }
   return ResourcesFolder() + "/en.lproj";

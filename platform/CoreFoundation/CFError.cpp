@@ -26,7 +26,7 @@ struct __CFError final : cf::Object {
   CFHashCode Hash() const override { return static_cast<CFHashCode>(code); }
   std::string Describe(int) const override {
     for (CFStringRef key : {kCFErrorLocalizedDescriptionKey, kCFErrorDescriptionKey}) {
-      const std::string text = ToStdString(CFDictionaryGetValue(userInfo.get(), key));
+      std::string text = ToStdString(CFDictionaryGetValue(userInfo.get(), key));
       if (!text.empty()) return text;
     }
     return ToStdString(domain.get()) + " error " + std::to_string(code);

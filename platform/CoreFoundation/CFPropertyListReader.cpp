@@ -74,7 +74,7 @@ bool ReadCharacterNumber(std::string_view name, UChar32* character) {
 
 bool ReadEntity(std::string_view name, UChar32* character) {
   if (name.starts_with('#')) return ReadCharacterNumber(name, character);
-  constexpr std::pair<std::string_view, char> kNamed[] = {
+  constexpr std::pair<std::string_view, UChar32> kNamed[] = {
       {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
   for (const auto& [known, value] : kNamed) {
     if (name != known) continue;

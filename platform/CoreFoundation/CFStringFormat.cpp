@@ -34,7 +34,7 @@ struct Conversion {
 };
 
 using Piece = std::variant<std::u16string, Conversion>;
-using Argument = std::variant<std::intmax_t, double, long double, const void*>;
+using Argument = std::variant<std::intmax_t, double, const void*>;
 
 Kind KindOf(const Conversion& conversion) {
   switch (conversion.letter) {
@@ -213,7 +213,7 @@ Argument Fetch(Kind kind, va_list* arguments) {
     case Kind::kDouble:
       return va_arg(*arguments, double);
     case Kind::kLongDouble:
-      return va_arg(*arguments, long double);
+      return static_cast<double>(va_arg(*arguments, long double));
     default:
       return static_cast<const void*>(va_arg(*arguments, void*));
   }
@@ -310,8 +310,6 @@ std::u16string Convert(Conversion conversion, const std::vector<Argument>& argum
         using Value = decltype(value);
         if constexpr (std::is_same_v<Value, std::intmax_t>) {
           return Print(form + "j" + letter, Narrow(value, conversion));
-        } else if constexpr (std::is_same_v<Value, long double>) {
-          return Print(form + "L" + letter, value);
         } else {
           return Print(form + letter, value);
         }
@@ -341,6 +339,7 @@ std::u16string Format(std::u16string_view format, va_list list) {
   const std::vector<Kind> kinds = KindsOf(pieces, &sound);
   if (!sound) return std::u16string(format);
   std::vector<Argument> arguments;
+  arguments.reserve(kinds.size());
   va_list copy;
   va_copy(copy, list);
   for (const Kind kind : kinds) arguments.push_back(Fetch(kind, &copy));

@@ -67,7 +67,7 @@ CFStringRef CopyText(std::string_view text) {
 
 }  // namespace
 
-__CFURL::__CFURL(std::string givenPath, std::string baseFolder, bool isFolder)
+__CFURL::__CFURL(std::string_view givenPath, std::string baseFolder, bool isFolder)
     : Object(kType),
       path(WithoutEndSlashes(givenPath)),
       base(std::move(baseFolder)),
@@ -111,7 +111,7 @@ CFURLRef NewURL(std::string_view path, bool isDirectory) {
     base = std::filesystem::current_path(error).string();
     if (base.empty()) base = "/";
   }
-  return new __CFURL(std::string(path), std::move(base), isDirectory);
+  return new __CFURL(path, std::move(base), isDirectory);
 }
 
 }  // namespace cf
@@ -170,7 +170,7 @@ CFURLRef CFURLCreateCopyDeletingLastPathComponent(CFAllocatorRef, CFURLRef url) 
   if (source == nullptr) return nullptr;
   std::string folder = std::filesystem::path(source->path).parent_path().string();
   if (folder.empty()) folder = ".";
-  return new __CFURL(std::move(folder), source->base, true);
+  return new __CFURL(folder, source->base, true);
 }
 
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,

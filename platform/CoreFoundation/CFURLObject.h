@@ -13,7 +13,7 @@ struct __CFURL final : cf::Object {
   static constexpr cf::TypeNumber kType = cf::kURLType;
 
   /// `givenPath` isn't empty; a relative one needs `baseFolder`.
-  __CFURL(std::string givenPath, std::string baseFolder, bool isFolder);
+  __CFURL(std::string_view givenPath, std::string baseFolder, bool isFolder);
 
   bool Equals(const Object& other) const override;
   CFHashCode Hash() const override;

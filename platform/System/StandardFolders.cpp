@@ -78,7 +78,7 @@ std::string LocalDomain() {
 
 std::string RuntimeFolder(std::string_view application, size_t longestName) {
   const std::string runtime = FromEnvironment("XDG_RUNTIME_DIR");
-  const std::string folder = runtime + "/" + std::string(application);
+  std::string folder = runtime + "/" + std::string(application);
   // A zero stands at the end of a socket's path.
   if (!runtime.empty() && folder.size() + 1 + longestName < sizeof(sockaddr_un::sun_path)) return folder;
   char key[64];

@@ -34,6 +34,7 @@ TEST(CFBase, ConstantsLiveForEverAndAreNotCounted) {
 TEST(CFBase, CountsAreAtomic) {
   const auto object = adoptCF(CFStringCreateWithCString(nullptr, "shared", kCFStringEncodingUTF8));
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&object] {
       for (int j = 0; j < 20000; ++j) CFRelease(CFRetain(object.get()));

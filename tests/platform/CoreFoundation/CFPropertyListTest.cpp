@@ -253,7 +253,12 @@ TEST(CFPropertyList, AnEntityBombIsRefusedAtOnce) {
   std::string bytes = "<?xml version=\"1.0\"?><!DOCTYPE plist [<!ENTITY a0 \"ha\">";
   for (int i = 1; i < 100; ++i) {
     const std::string before = "&a" + std::to_string(i - 1) + ";";
-    bytes += "<!ENTITY a" + std::to_string(i) + " \"" + before + before + "\">";
+    bytes.append("<!ENTITY a")
+        .append(std::to_string(i))
+        .append(" \"")
+        .append(before)
+        .append(before)
+        .append("\">");
   }
   EXPECT_NE(Refusal(bytes + "]><string>&a99;</string>").find("entity definitions"), std::string::npos);
 }
