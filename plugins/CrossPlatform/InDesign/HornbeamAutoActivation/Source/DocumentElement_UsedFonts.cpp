@@ -8,6 +8,7 @@
 #include "IDocument.h"
 #include "IUsedFontList.h"
 #include "Identity/GlyphMarkSupport.h"
+#include "Identity/IndexedFontArray.h"
 #include "Memory/CFVector.h"
 #include "Utilities/DebugUtils.h"
 #include "Utilities/OperationTrace.h"
@@ -41,7 +42,7 @@ std::string CreateResolvedPSName(const std::string& name) {
 
 void AddVariantsOfFamily(const UIDRef& document, const IUsedFontList& usedFonts, int32 family,
                          const InterfacePtr<IDocFontMgr>& docFontMgr, bool isConvertedFromID2,
-                         CFMutableArrayRef fonts) {
+                         IndexedFontArray& fonts) {
   IDataBase* database = document.GetDataBase();
   const UID familyUID = usedFonts.GetNthFamilyUID(family);
   const InterfacePtr<IFontFamily> fontFamily(database, familyUID, UseDefaultIID());
@@ -86,8 +87,9 @@ void AddUsedFonts(const UIDRef& document, const IDocument& hostDocument, IUsedFo
   if (nTotalNoOfFonts == 0) {
     OutputIndentedAndFormattedString(0, "...nTotalNoOfFonts is 0");
   }
+  IndexedFontArray indexed(fonts);
   for (int32 family = 0; family < nTotalNoOfFonts; ++family) {
-    AddVariantsOfFamily(document, usedFonts, family, docFontMgr, isConvertedFromID2, fonts);
+    AddVariantsOfFamily(document, usedFonts, family, docFontMgr, isConvertedFromID2, indexed);
   }
   OutputIndentedAndFormattedString(0, "...[ %d fonts were added. ]",
                                    static_cast<int>(CFArrayGetCount(fonts)));

@@ -11,6 +11,7 @@
 #include "UIDRef.h"
 
 class DocumentElement;
+class IndexedFontArray;
 
 /// What outlives one signal of the host: the open documents, the document in hand, the requests of signal
 /// handlers to the idle task, the pending activations; and the way from a used family and style to PostScript
@@ -79,6 +80,10 @@ void UpdateFontSystem();
 /// \return How many new entries came about; a name that is in the list already doesn't count.
 int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
                           CFMutableArrayRef usedFontsArray);
+
+/// The same for one who adds many: the time doesn't grow with the list.
+int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
+                          IndexedFontArray& usedFontsArray);
 
 /// For a document of the host's version 2: has the document's font manager look the family up by its name.
 ///

@@ -1,9 +1,10 @@
 // The way from a used font family and style to PostScript names.
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "HBIndesignPluginGlobals.h"
-#include "Identity/GlyphMarkSupport.h"
+#include "Identity/IndexedFontArray.h"
 #include "Memory/CFVector.h"
 #include "Utilities/DebugUtils.h"
 #include "Utilities/OperationTrace.h"
@@ -20,19 +21,19 @@ bool StyleIsRegular(const PMString& style) {
 }
 
 /// Whether a new entry came about.
-bool AddPMFontNameToArray(const PMString& name, CFMutableArrayRef usedFontsArray) {
+bool AddPMFontNameToArray(const PMString& name, IndexedFontArray& usedFontsArray) {
   if (name.IsEmpty()) {
     return false;
   }
   const RetainPtr<CFStringRef> text = ToCFString(name.GetUTF8String());
-  return text && GlyphMarkSupport::AddFontToArray(text.get(), usedFontsArray, false);
+  return text && usedFontsArray.AddFont(text.get(), false);
 }
 
 const char* AddedText(bool added) {
   return added ? "Adding " : "NOT Adding (already there)";
 }
 
-int AddNameOfStyle(const IFontFamily& family, const PMString& style, CFMutableArrayRef usedFontsArray) {
+int AddNameOfStyle(const IFontFamily& family, const PMString& style, IndexedFontArray& usedFontsArray) {
   int count = 0;
   PMString name = family.GetFacePostscriptName(style, true, true);
   if (name == kNullString) {
@@ -52,7 +53,7 @@ int AddNameOfStyle(const IFontFamily& family, const PMString& style, CFMutableAr
   return count + added;
 }
 
-int AddNamesOfRegularFaces(const IFontFamily& family, CFMutableArrayRef usedFontsArray) {
+int AddNamesOfRegularFaces(const IFontFamily& family, IndexedFontArray& usedFontsArray) {
   int count = 0;
   const int32 faces = family.GetFaceCount();
   for (int32 i = 0; i < faces; ++i) {
@@ -70,7 +71,7 @@ int AddNamesOfRegularFaces(const IFontFamily& family, CFMutableArrayRef usedFont
   return count;
 }
 
-int AddNamesMadeFromFamily(const IFontFamily& family, CFMutableArrayRef usedFontsArray) {
+int AddNamesMadeFromFamily(const IFontFamily& family, IndexedFontArray& usedFontsArray) {
   PMString name = family.GetFamilyName();
   int count = 0;
   const auto add = [&] {
@@ -91,12 +92,22 @@ namespace HBIndesignPluginGlobals {
 
 int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
                           CFMutableArrayRef usedFontsArray) {
+  if (usedFontsArray != nullptr) {
+    IndexedFontArray indexed(usedFontsArray);
+    return AddToUsedFontsPSNames(std::move(family), style, indexed);
+  }
+  OperationTrace trace("AddToUsedFontsPSNames", "Entering %s()", "AddToUsedFontsPSNames");
+  OutputIndentedAndFormattedString(
+      0, "      *** usedFontsArray is NULL in HBIndesignPluginGlobals::AddToUsedFontsPSNames !!!");
+  trace.Exiting("%s() returning %d", "AddToUsedFontsPSNames", 0);
+  return 0;
+}
+
+int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
+                          IndexedFontArray& usedFontsArray) {
   OperationTrace trace("AddToUsedFontsPSNames", "Entering %s()", "AddToUsedFontsPSNames");
   int count = 0;
-  if (usedFontsArray == nullptr) {
-    OutputIndentedAndFormattedString(
-        0, "      *** usedFontsArray is NULL in HBIndesignPluginGlobals::AddToUsedFontsPSNames !!!");
-  } else if (!family) {
+  if (!family) {
     OutputIndentedAndFormattedString(
         0, "      *** pFontFamilyInterface is NULL in HBIndesignPluginGlobals::AddToUsedFontsPSNames !!!");
   } else {
