@@ -74,6 +74,13 @@ TEST(GFileSystem, ResolvesLinksAlongThePath) {
   EXPECT_TRUE(GFileSystemSpec(folder.Path("loop")).IsEmpty());
 }
 
+TEST(GFileSystem, APathOfManyMegabytesIsNoPath) {
+  std::string path;
+  for (int i = 0; i < 1 << 21; ++i) path += "/a";
+  EXPECT_EQ(GFileSystem::OSExpandPath(path), "");
+  EXPECT_TRUE(GFileSystemSpec(path).IsEmpty());
+}
+
 TEST(GFileSystem, KeepsANameThatIsNotUtf8WhenItExists) {
   const TemporaryFolder folder;
   const std::string path = folder.Write("caf\xE9", "x");

@@ -53,6 +53,7 @@ TEST_F(GFileTest, MakesTheModeOfTheBits) {
 TEST_F(GFileTest, TellsWhyItCannotOpen) {
   GFile file;
   EXPECT_EQ(file.Open(Spec("none"), GFile::eRead), GFileSystem::kFileNotFound);
+  EXPECT_EQ(file.Open(GFileSystemSpec(), GFile::eRead), GFileSystem::kFileNotFound);
   EXPECT_EQ(file.Open(Spec("none/none"), GFile::eWrite), GFile::kOpenFailed);
   EXPECT_EQ(file.Open(Spec(""), GFile::eRead), GFile::kOpenFailed);
   EXPECT_EQ(file.Open(Spec("x"), 0), GFile::kOpenFailed);
@@ -108,7 +109,8 @@ TEST_F(GFileTest, WritesNumbersAndSizesTheFile) {
 TEST_F(GFileTest, NeverEmptiesAFileForItsResourceFork) {
   folder.Write("f", "kept");
   GFile file;
-  EXPECT_EQ(file.OpenResourceFork(Spec("f"), GFile::eRead | GFile::eWrite), GFile::kFileNotOpen);
+  EXPECT_EQ(file.OpenResourceFork(Spec("f"), GFile::eRead | GFile::eWrite), GFileSystem::kFileNotFound);
+  EXPECT_FALSE(file.IsOpen());
   EXPECT_EQ(folder.Read("f"), "kept");
 }
 

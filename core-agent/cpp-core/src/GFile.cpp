@@ -43,7 +43,7 @@ TErrCode GFile::Open(const GFileSystemSpec& spec, unsigned int mode) {
   mFSSpec = spec;
   const std::string modeString = GetModeString(mode);
   errno = 0;
-  if (!modeString.empty() && !spec.IsEmpty()) {
+  if (!modeString.empty()) {
     mpFile = std::fopen(spec.GetFullPath().c_str(), (modeString + "e").c_str());
   }
   if (mpFile == nullptr) {
@@ -216,7 +216,7 @@ TErrCode GFile::Flush() {
 }
 
 TErrCode GFile::OpenResourceFork(const GFileSystemSpec&, unsigned int) {
-  return FILE_CHECK(kFileNotOpen);
+  return FILE_CHECK(GFileSystem::kFileNotFound);
 }
 
 std::string GFile::GetModeString(unsigned int mode) {

@@ -73,7 +73,8 @@ class GFile : public GFileCodes {
 
   virtual TErrCode Flush();
 
-  /// Files have no resource fork here: always kFileNotOpen, with nothing opened, made or emptied.
+  /// Files have no resource fork here: always GFileSystem::kFileNotFound, with nothing opened, closed, made
+  /// or emptied.
   virtual TErrCode OpenResourceFork(const GFileSystemSpec& spec, unsigned int mode);
 
   /// The mode of fopen() for the bits; empty for neither read nor write.

@@ -155,7 +155,7 @@ TErrCode GFileSystem::OSGetUsersHomeDirectory(GFileSystemSpec& outSpec) {
 }
 
 std::string GFileSystem::OSExpandPath(const std::string& path) {
-  if (path.empty()) return path;
+  if (path.empty() || path.size() >= PATH_MAX) return "";
   try {
     return WithLinksResolved(WithTildeExpanded(WithEncodingRepaired(path)));
   } catch (const std::exception& exception) {

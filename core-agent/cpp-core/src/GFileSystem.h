@@ -34,15 +34,16 @@ class GFileSystem : public GFileSystemCodes {
   /// Expands a tilde and resolves the symbolic links along the path, as far as the path exists.
   ///
   /// A path that isn't UTF-8 is kept as it is when it names a file; otherwise it is taken for Latin-1.
-  /// \return empty after 40 links, which is a cycle in all likelihood.
+  /// \return empty after 40 links, which is a cycle in all likelihood, and for a path that is longer than the
+  ///         system can open.
   static std::string OSExpandPath(const std::string& path);
 
   /// The folder of a domain (System/StandardFolders.h): for the library, "/usr/local/share" below the system
   /// root in the local domain, $XDG_DATA_HOME in the user's.
   ///
   /// \param create  Makes the folder when it is missing; otherwise it need not exist.
-  /// \return kDirectoryNotFound, with `outSpec` untouched, when it can't be made;
-  /// CoreErrorCodes::kInvalidParam
-  ///         when it is no valid path.
+  /// \return kDirectoryNotFound when it can't be made, CoreErrorCodes::kInvalidParam when it is no valid
+  /// path,
+  ///         both with `outSpec` untouched.
   static TErrCode FindDirectory(EDomain domain, EDirectory directory, bool create, GFileSystemSpec& outSpec);
 };
