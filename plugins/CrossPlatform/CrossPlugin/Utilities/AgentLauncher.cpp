@@ -1,6 +1,7 @@
 #include "Utilities/AgentLauncher.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <syslog.h>
 
 #include <cstring>
 #include <exception>
@@ -56,6 +57,12 @@ LaunchInfo ReadLaunchInfo() {
   return info;
 }
 
+// The trace leads nowhere as a rule; why an agent couldn't be started is for the system's log as well.
+void ReportToSystem(const std::string& text) {
+  OutputIndentedAndFormattedString(0, "ERROR:  %s", text.c_str());
+  syslog(LOG_USER | LOG_ERR, "Hornbeam: %s", text.c_str());
+}
+
 // A loop without timers ends its run at once; the rest of the time is waited out, so that the agent has its 5
 // seconds in any host.
 void ServeRunLoop() {
@@ -86,8 +93,7 @@ bool Launch(const LaunchInfo& info, std::string* outFolderPath) {
   const int error = platform::Processes::Get().Launch(info.executable.GetFullPath(), info.arguments,
                                                       platform::LaunchOptions(), &child);
   if (error != 0) {
-    OutputIndentedAndFormattedString(0, "ERROR:  could not start '%s':  %s",
-                                     info.executable.GetFullPath().c_str(), std::strerror(error));
+    ReportToSystem("could not start '" + info.executable.GetFullPath() + "':  " + std::strerror(error));
     return false;
   }
   if (outFolderPath != nullptr) {
@@ -107,8 +113,7 @@ int FindAndLaunchKiln(std::string* outFolderPath) {
     const LaunchInfo info = ReadLaunchInfo();
     if (!info.executable.IsEmpty() && Launch(info, outFolderPath)) result = 0;
   } catch (const std::exception& exception) {
-    OutputIndentedAndFormattedString(0, "ERROR:  exception caught in FindAndLaunchKiln:  %s",
-                                     exception.what());
+    ReportToSystem(std::string("exception caught in FindAndLaunchKiln:  ") + exception.what());
   }
   if (result != 0) OutputIndentedAndFormattedString(0, "Could not launch Kiln");
   trace.Exiting("%s() returning %d", "FindAndLaunchKiln", result);

@@ -92,10 +92,11 @@ void ShuttleLoader::FindAndBind() {
       LoadPrivateFramework(HornbeamGlobals::GetPluginBundleIdentifier(), kFrameworkName);
   if (!bundle && (GetPathToRunningProcessExe(kKilnProcessName, besideAgent) == 0 ||
                   FindAndLaunchKiln(&besideAgent) == 0)) {
-    bundle = OpenBundleAtPath(besideAgent + kFrameworkName);
+    const std::string path = besideAgent + kFrameworkName;
+    bundle = OpenBundleAtPath(path);
     OutputIndentedAndFormattedString(
         0, "CFBundleCreate() returned 0x%08x on attempt to load plug-in interface from '%s'",
-        LogForm(bundle.get()), besideAgent.c_str());
+        LogForm(bundle.get()), path.c_str());
     if (bundle) m_location = besideAgent;
   }
   if (!bundle) bundle = OpenBundleAtPath(platform::InSystemRoot(kFixedPath));
