@@ -73,7 +73,8 @@ int FontActivationTracker::ActivateDocumentFonts(const std::string& identifier,
     trace.Exiting("ActivateDocumentFonts returning %d", result);
     return result;
   } catch (...) {
-    trace.Exiting("   *** Exception caught in FontActivationTracker::ActivateDocumentFonts.  Rethrowing.");
+    OutputIndentedAndFormattedString(
+        0, "   *** Exception caught in FontActivationTracker::ActivateDocumentFonts.  Rethrowing.");
     throw;
   }
 }
@@ -100,7 +101,8 @@ int FontActivationTracker::ActivateFontsByID(const std::string& identifier, CFMu
     trace.Exiting("ActivateFontsByID returning %d", result);
     return result;
   } catch (...) {
-    trace.Exiting("   *** Exception caught in FontActivationTracker::ActivateFontsByID.  Rethrowing.");
+    OutputIndentedAndFormattedString(
+        0, "   *** Exception caught in FontActivationTracker::ActivateFontsByID.  Rethrowing.");
     throw;
   }
 }
