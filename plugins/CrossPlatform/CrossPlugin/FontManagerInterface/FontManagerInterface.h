@@ -73,8 +73,8 @@ class FontManagerInterface {
 
   /// Matches and activates a document's fonts.
   ///
-  /// \param matchedFontData  Receives the matched records, each with kGM_IsActiveKey as it was before this
-  /// call. \param problemFontData  Receives the records that need a decision.
+  /// \param matchedFontData  Receives the matched records; kGM_IsActiveKey is as it was before the call.
+  /// \param problemFontData  Receives the records that need a decision.
   virtual int ActivateDocumentFontsByPath(const char* documentPath, CFArrayRef fonts,
                                           CFMutableArrayRef matchedFontData,
                                           CFMutableArrayRef problemFontData) = 0;
@@ -187,16 +187,14 @@ class FontManagerInterface {
   /// \param inOutData  Must hold a mutable array, which the result replaces and thereby releases: the caller
   ///        owns exactly one array before and after.
   /// \return The status of the last lookup; -1 without a name, array, or room for the name (128 bytes with
-  /// its
-  ///         ending zero).
+  ///         its ending zero).
   int GetGlyphMarkData(CFDictionaryRef font, TypeOfFontName type, bool& outExcludedRemote, long workgroupID,
                        CFArrayRef* inOutData);
 
   /// The fonts that the manager holds under exactly that name.
   ///
   /// \param inOutData  Receives a new mutable array that the caller owns when a font was found, and is
-  /// untouched
-  ///        otherwise; what it held before is not released here.
+  ///        untouched otherwise; what it held before is not released here.
   /// \return The last status; -50 for a null argument. 1000 ends the search, and what was found until then
   ///         stands in the array.
   int GetGlyphMarkDataForFontName(const char* name, TypeOfFontName type, bool& outExcludedRemote,

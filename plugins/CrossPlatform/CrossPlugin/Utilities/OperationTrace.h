@@ -2,10 +2,9 @@
 
 /// The opening and the closing trace line of one operation, paired on every path, exceptions included.
 ///
-///     OperationTrace trace("FontManagerInterface::IsRunning", "Entering %s()",
-///     "FontManagerInterface::IsRunning");
+///     OperationTrace trace("IsRunning", "Entering %s()", "IsRunning");
 ///     ...
-///     trace.Exiting("Exiting %s(); return code %d", "FontManagerInterface::IsRunning", result);
+///     trace.Exiting("Exiting %s(); return code %d", "IsRunning", result);
 ///
 /// Lines between them go through OutputIndentedAndFormattedString(0, ...). One thread.
 class OperationTrace {

@@ -11,11 +11,9 @@
 ///
 /// Life of the shared instance:
 ///   1. Not created.
-///   2. Created without a bundle: every pointer null, kNeverBound entries missing, location and version
-///   empty.
-///   3. Bound, wholly or in part. A partly bound table is used entry by entry, but IsLoaded() says false and
-///   no
-///      manager is made on it.
+///   2. Created without a bundle: every pointer null, kNeverBound entries missing, both texts empty.
+///   3. Bound, wholly or in part. A partly bound table is used entry by entry, but IsLoaded() says false,
+///      and no manager is made on it.
 /// The search runs once, in the first call of GetSharedInstance(); the bundle then stays for the life of the
 /// process.
 ///

@@ -13,8 +13,7 @@ namespace CommonFunctionality {
 class StaticPluginInitializer {
  public:
   /// \param pluginIdentity  The plug-in's bundle ID when it begins with "com.talworth.", otherwise the path
-  /// of
-  ///        its binary.
+  ///        of its binary.
   /// \param requiredHostVersionPrefix  What the host's version must begin with; empty for no such demand.
   StaticPluginInitializer(const std::string& pluginIdentity, const std::string& requiredHostVersionPrefix);
 };

@@ -54,15 +54,13 @@ class FontActivationTracker {
   /// Has the font manager match and activate a document's fonts, and registers every matched one.
   ///
   /// \param identifier  The document's activation identity. When it is empty, each font is registered with
-  /// the
-  ///        sub-documents that its record names.
+  ///        the sub-documents that its record names.
   /// \param documentPath  UTF-8.
   /// \param matchedFontData  Receives the matched records. The caller's.
   /// \param problemFontData  Receives the records that need a decision. The caller's.
   /// \param fonts  The fonts asked for. Not owned, may be null.
   /// \return kErrorHornbeamNotRunning without a connected font manager, with nothing done; 0 with nothing
-  /// done
-  ///         when the font manager is no agent; otherwise the font manager's code, and the fonts that it
+  ///         done when the font manager is no agent; otherwise the font manager's code, and the fonts that it
   ///         matched are registered whatever the code is.
   /// Whatever the font manager throws is passed on.
   int ActivateDocumentFonts(const std::string& identifier, const std::string& documentPath,
@@ -98,10 +96,9 @@ class FontActivationTracker {
   /// \param bDeactivateClosedFonts  False counts down but leaves every font active.
   /// \param fontsDeactivated  Receives the records that were really deactivated. May be null. Not owned.
   /// \return 0, also for an identifier that was never registered; kErrorHornbeamNotRunning without a
-  /// connected
-  ///         font manager, and kMutexDeadlockErr when the lock is held by the calling thread, both with
-  ///         nothing changed; otherwise the code of the deactivation, and the identifier is forgotten all the
-  ///         same.
+  ///         connected font manager, and kMutexDeadlockErr when the lock is held by the calling thread, both
+  ///         with nothing changed; otherwise the code of the deactivation, and the identifier is forgotten
+  ///         all the same.
   /// Whatever the font manager throws is passed on, with the identifier forgotten.
   int CloseAllFontsForIdentifier(const std::string& identifier, bool bDeactivateClosedFonts,
                                  CFMutableArrayRef fontsDeactivated);

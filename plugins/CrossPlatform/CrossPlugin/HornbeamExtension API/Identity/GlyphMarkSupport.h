@@ -92,8 +92,7 @@ bool DoesArrayContainFontWithPostScriptName(CFArrayRef fonts, CFStringRef name, 
 /// Appends a record for the name, without the characters that a PostScript name can't hold.
 ///
 /// \return True if an entry was added: not for null, not for a name with nothing left, and, unless duplicates
-/// are
-///         allowed, not for one that is there already.
+///         are allowed, not for one that is there already.
 bool AddFontToArray(CFStringRef postScriptName, CFMutableArrayRef fonts, bool allowDuplicates);
 
 /// Appends the record, or puts it in the place of the entry of its name when it has more keys.
@@ -113,8 +112,7 @@ bool AllFontsResolved(CFArrayRef fonts, CFMutableArrayRef outMatchedFonts);
 /// The font manager's best match for the record.
 ///
 /// \param outBest  Receives a mutable copy that the caller owns; untouched when there is none, which alone is
-/// no
-///        failure.
+///        no failure.
 /// \return The lookup's code; -50 without record or font manager.
 int GetGlyphMarkDataForBestMatch(CFMutableDictionaryRef fontRecord, long workgroupID,
                                  CFMutableDictionaryRef* outBest);
@@ -126,8 +124,8 @@ int GetGlyphMarkDataForBestMatch(CFMutableDictionaryRef fontRecord, long workgro
 /// \param bGetAllFontInfo  Keep keys that a slug doesn't store.
 /// \param tryFamilyNames  With excludeInactiveFonts: search by family where the name finds nothing.
 /// \return 1000 without a connected font manager and -50 for null, both with nothing changed; 1000 from a
-/// lookup
-///         ends the walk, and the array is not to be used then; otherwise the code of the last lookup made.
+///         lookup ends the walk, and the array is not to be used then; otherwise the code of the last lookup
+///         made.
 int AppendGlyphMarkDataToFonts(CFMutableArrayRef fonts, long workgroupID, bool excludeInactiveFonts,
                                bool bGetAllFontInfo, bool tryFamilyNames);
 
