@@ -2,10 +2,12 @@
 
 #include FT_TRUETYPE_TABLES_H
 
+#include <endian.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,21 @@ uint32_t AddNumber(uint32_t crc, uint32_t number) {
   return Add(crc, bytes);
 }
 
+uint32_t SumOfWords(std::span<const uint8_t> table) {
+  uint32_t sum = 0;
+  size_t i = 0;
+  for (; i + 4 <= table.size(); i += 4) {
+    uint32_t word = 0;
+    std::memcpy(&word, table.data() + i, sizeof word);
+    sum += be32toh(word);
+  }
+  std::array<uint8_t, 4> rest{};
+  std::copy(table.begin() + static_cast<ptrdiff_t>(i), table.end(), rest.begin());
+  uint32_t word = 0;
+  std::memcpy(&word, rest.data(), sizeof word);
+  return sum + be32toh(word);
+}
+
 // The tables that are there; `found` tells whether any was.
 uint32_t TablesChecksum(FT_Face face, std::span<const FT_ULong> tags, bool& found) {
   uint32_t crc = 0;
@@ -35,7 +52,9 @@ uint32_t TablesChecksum(FT_Face face, std::span<const FT_ULong> tags, bool& foun
       continue;
     table.resize(length);
     if (FT_Load_Sfnt_Table(face, tag, 0, table.data(), &length) != 0) continue;
-    crc = Add(AddNumber(crc, static_cast<uint32_t>(tag)), table);
+    crc = AddNumber(crc, static_cast<uint32_t>(tag));
+    crc = AddNumber(crc, static_cast<uint32_t>(length));
+    crc = AddNumber(crc, SumOfWords(table));
     found = true;
   }
   return crc;
@@ -61,10 +80,6 @@ uint32_t Type1Checksum(std::span<const uint8_t> file) {
 }
 
 }  // namespace
-
-uint32_t FileChecksum(std::span<const uint8_t> file) {
-  return Add(0, file);
-}
 
 uint32_t GlyphMarkChecksum(FT_Face face, uint32_t instance, std::span<const uint8_t> file) {
   constexpr FT_ULong kTags[] = {FT_MAKE_TAG('C', 'F', 'F', ' '), FT_MAKE_TAG('C', 'F', 'F', '2'),

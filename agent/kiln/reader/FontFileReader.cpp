@@ -24,6 +24,7 @@ namespace {
 
 constexpr off_t kLargestFile = 512 << 20;
 constexpr off_t kLargestMetrics = 16 << 20;
+constexpr size_t kKeptBuffer = 32u << 20;
 constexpr FT_Long kMostFaces = 256;
 constexpr int kMostRecords = 1024;
 
@@ -77,17 +78,23 @@ uint32_t WriteCopy(const std::string& path, std::span<const uint8_t> bytes) {
   return codeOf(error);
 }
 
-std::string Sha256(std::span<const uint8_t> bytes) {
+// False when the library of digests has none of this kind.
+bool AddDigest(std::span<const uint8_t> bytes, wire::ReadFile& out) {
   std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
   unsigned int length = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1) return {};
+  if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1)
+    return false;
   constexpr char kDigits[] = "0123456789abcdef";
   std::string text;
   for (unsigned int i = 0; i < length; ++i) {
     text.push_back(kDigits[digest[i] >> 4]);
     text.push_back(kDigits[digest[i] & 0xF]);
   }
-  return text;
+  out.set_sha256(text);
+  uint32_t checksum = 0;
+  for (int i = 0; i < 4; ++i) checksum = (checksum << 8) | digest[i];
+  out.set_checksum(checksum);
+  return true;
 }
 
 // The metrics of a Type 1 font lie beside it under its name with ".afm".
@@ -157,6 +164,7 @@ wire::ReadFile Failed(uint32_t error) {
 
 struct FontFileReader::Engine {
   FT_Library library = nullptr;
+  Bytes file;
 };
 
 FontFileReader::FontFileReader() : mEngine(std::make_unique<Engine>()) {
@@ -168,7 +176,10 @@ FontFileReader::~FontFileReader() {
 }
 
 wire::ReadFile FontFileReader::Read(const wire::ReaderJob& job) {
-  Bytes file;
+  // One buffer for all files spares the system the handing out of fresh memory for each; a huge one is given
+  // back.
+  Bytes& file = mEngine->file;
+  if (file.capacity() > kKeptBuffer) Bytes().swap(file);
   if (const uint32_t error = ReadAll(job.path(), kLargestFile, file)) return Failed(error);
   const FontContainer container = ContainerOf(file);
   if (container == FontContainer::kNone) return Failed(codes::kNotAFontFile);
@@ -177,16 +188,14 @@ wire::ReadFile FontFileReader::Read(const wire::ReaderJob& job) {
   if (container == FontContainer::kType1) metrics = MetricsBeside(job.path());
 
   wire::ReadFile result;
-  result.set_sha256(Sha256(file));
+  if (!AddDigest(file, result)) return Failed(codes::kError);
   result.set_size(file.size());
-  result.set_checksum(FileChecksum(file));
   // Before the engine has touched the bytes, so that the copy is what the hash says.
   if (!job.copy_to().empty()) {
     if (const uint32_t error = WriteCopy(job.copy_to(), file)) return Failed(error);
     if (metrics && WriteCopy(job.copy_to() + ".afm", *metrics) == 0) result.set_has_metrics(true);
   }
-  const uint32_t error =
-      result.sha256().empty() ? codes::kError : ReadFaces(mEngine->library, file, metrics, result);
+  const uint32_t error = ReadFaces(mEngine->library, file, metrics, result);
   if (error == codes::kSuccess) return result;
   if (!job.copy_to().empty()) {
     unlink(job.copy_to().c_str());
