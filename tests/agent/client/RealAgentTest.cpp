@@ -19,6 +19,7 @@
 #include "client/LibraryInterface.h"
 #include "client/PluginInterface.h"
 #include "client/RecordKeys.h"
+#include "client/Session.h"
 #include "support/ProgramRun.h"
 
 namespace {
@@ -135,6 +136,34 @@ TEST_F(RealAgentTest, APreviewIsForThisProcessAlone) {
   EXPECT_FALSE(OtherProgramsSee(Font(0).postScriptName));
   EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
   EXPECT_FALSE(MachineFonts::IsNameVisible(Font(0).postScriptName));
+}
+
+TEST_F(RealAgentTest, WhatAnotherClientDoesIsSeenHereToo) {
+  AddFonts({Font(0).file});
+  const std::string& name = Font(0).postScriptName;
+  unsigned int id = 0;
+  unsigned int count = 0;
+  ASSERT_EQ(GetFontsByPostscriptName(Facade(), name.c_str(), nullptr, 0, &id, 1, &count),
+            CoreErrorCodes::kSuccess);
+  Session other("11111111-2222-3333-4444-555555555555", [](auto&&) {});
+  kiln::wire::ClientMessage request;
+  Connection::Incoming reply;
+  request.mutable_activate_fonts()->add_font_ids(id);
+  ASSERT_EQ(other.Call(request, reply), CoreErrorCodes::kSuccess);
+  WaitUntil([&] { return MachineFonts::IsNameVisible(name); });
+
+  // Giving back what one holds beside the other leaves the font to both.
+  OpenDocument({name});
+  int own = 7;
+  EXPECT_EQ(GetClientFontActivationStates(1, &id, &own), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(own, 0);
+  EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
+  EXPECT_TRUE(MachineFonts::IsNameVisible(name));
+
+  request.mutable_deactivate_fonts()->add_font_ids(id);
+  ASSERT_EQ(other.Call(request, reply), CoreErrorCodes::kSuccess);
+  WaitUntil([&] { return !MachineFonts::IsNameVisible(name); });
+  other.Drop();
 }
 
 TEST_F(RealAgentTest, QueriesAnswerWithRecordsOfStrings) {
