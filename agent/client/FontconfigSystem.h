@@ -33,7 +33,7 @@
 class FontconfigSystem final : public FontSystem {
  public:
   FontconfigSystem() = default;
-  /// Leaves the fonts where they are: at the end of a process fontconfig may already be gone.
+  /// Leaves the fonts in the process.
   ~FontconfigSystem() override = default;
   FontconfigSystem(const FontconfigSystem&) = delete;
   FontconfigSystem& operator=(const FontconfigSystem&) = delete;
