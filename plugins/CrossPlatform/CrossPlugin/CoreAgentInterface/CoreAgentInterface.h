@@ -103,6 +103,11 @@ class CoreAgentInterface : public FontManagerInterface {
   int DeactivateFont(CFDictionaryRef font, void* deactivationData) override;
   int DeactivateFonts(CFArrayRef fonts, void* deactivationData, CFMutableArrayRef fontsDeactivated) override;
   int16_t MakeSetForDocumentFonts(CFStringRef documentName, CFArrayRef fonts) override;
+  /// Asks for a folder and exports the document's fonts into it; without fonts it only makes the folder.
+  ///
+  /// \return 0 also when the user cancels or can't be asked; -1 for an export or a folder that failed.
+  int16_t CollectFontsUsedByCurrentDocument(const std::string& documentName, const std::string& documentPath,
+                                            CFArrayRef fonts) override;
   int RemoveRemoteFonts(CFMutableArrayRef fonts) override;
 
   /// Appends to `outFonts`, in order, the fonts that have an ID which isn't among `failedIDs`. A null array
@@ -161,6 +166,7 @@ class CoreAgentInterface : public FontManagerInterface {
                            std::vector<unsigned int>& refusedIDs);
   void ReportInitializationError(unsigned int status);
   void CheckAgentHealth();
+  int16_t CollectFontsIntoFolder(const std::string& path, CFArrayRef fonts);
   template <unsigned long kCapacity, typename Lookup>
   int FontIDsForName(const std::string& name, long workgroupID, Lookup lookup,
                      std::vector<unsigned long>& outIDs);
@@ -172,5 +178,4 @@ class CoreAgentInterface : public FontManagerInterface {
   time_t lastCoreAgentCheckTime = 0;
   unsigned int systemWorkgroupID = kUnknownWorkgroup;
   unsigned int googleWebFontsLibID = kUnknownWorkgroup;
-  int m_nCallsInRetry = 0;
 };

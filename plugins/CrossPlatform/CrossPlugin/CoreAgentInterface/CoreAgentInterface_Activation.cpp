@@ -19,8 +19,6 @@
 
 namespace {
 
-constexpr CFIndex kMaxSetNameLength = 255;  // UTF-16 units
-
 // For whom fonts are activated: for this application, for the whole system, or both; never for nobody.
 struct ActivationMode {
   bool local = false;
@@ -54,13 +52,6 @@ void AppendFontsWithIDs(CFArrayRef fonts, const std::vector<unsigned int>& ids, 
     if (font != nullptr && wanted.contains(FontRecord::GetDatabaseID(font)))
       CFArrayAppendValue(outFonts, font);
   }
-}
-
-// The name's beginning, without half of a surrogate pair at its end.
-RetainPtr<CFStringRef> ShortenedName(CFStringRef name, CFIndex length) {
-  const UniChar last = CFStringGetCharacterAtIndex(name, length - 1);
-  if (last >= 0xD800 && last <= 0xDBFF) --length;
-  return adoptCF(CFStringCreateWithSubstring(nullptr, name, CFRangeMake(0, length)));
 }
 
 }  // namespace
@@ -192,39 +183,6 @@ int CoreAgentInterface::DeactivateFonts(CFArrayRef fonts, void* /*deactivationDa
   if (status == 0) CreateFontArrayWithErrorsRemoved(fonts, fontsDeactivated, {});
   const int result = Flatten(status);
   trace.Exiting("CoreAgentInterface::DeactivateFonts() returning %d", result);
-  return result;
-}
-
-int16_t CoreAgentInterface::MakeSetForDocumentFonts(CFStringRef documentName, CFArrayRef fonts) {
-  OperationTrace trace("CoreAgentInterface::MakeSetForDocumentFonts",
-                       "Entering CoreAgentInterface::MakeSetForDocumentFonts('%s')",
-                       XCFUtils::GetStdString(documentName).c_str());
-  // A set lives in one workgroup.
-  const int workgroup = GetCurrentWorkgroupID();
-  LoomInterface* loom = HornbeamGlobals::GetSharedLoomInterface();
-  if (IsAllWorkgroups(workgroup) || documentName == nullptr || loom == nullptr) return -1;
-
-  const RetainPtr<CFStringRef> title = adoptCF(
-      loom->LocalizedString(CFSTR("Create a [FONT_MANAGER_MODIFIER] set for this document's fonts?")));
-  const RetainPtr<CFStringRef> prompt = adoptCF(loom->LocalizedString(CFSTR("Set Name:")));
-  CFStringRef answer = nullptr;
-  if (!loom->AskForOneString(title.get(), prompt.get(), documentName, &answer)) return 0;
-  RetainPtr<CFStringRef> name = adoptCF(answer);
-  if (CFStringGetLength(name.get()) > kMaxSetNameLength) {
-    name = ShortenedName(name.get(), kMaxSetNameLength);
-    loom->ShowSetNameTooLongMessageBox();
-  }
-
-  const std::string setName = XCFUtils::GetStdString(name.get());
-  const std::vector<unsigned int> ids = GetFontIDsFromFontInfoArray(fonts, true);
-  const std::unique_ptr<unsigned int[]> idArray = CreateArrayFromVector(ids);
-  int setID = 0;
-  const unsigned int status = CallUnderRetryRule([&] {
-    return ShuttleLoader::GetSharedInstance()->CreateTopLevelSet(
-        &setID, setName.c_str(), workgroup, 0, 0, static_cast<unsigned long>(ids.size()), idArray.get());
-  });
-  const auto result = static_cast<int16_t>(Flatten(status));
-  trace.Exiting("CoreAgentInterface::MakeSetForDocumentFonts() returning %d", result);
   return result;
 }
 

@@ -12,10 +12,12 @@
 #include "CoreAgentInterface/Shuttle/ShuttleLoader.h"
 #include "GErrorCodes.h"
 #include "LoomInterface/LoomInterface.h"
+#include "Panel/PanelManager.h"
 #include "System/Clock.h"
 #include "Utilities/AgentLauncher.h"
 #include "Utilities/DebugUtils.h"
 #include "Utilities/OperationTrace.h"
+#include "Utilities/ScopedFlag.h"
 #include "XCFUtils.h"
 
 namespace {
@@ -24,6 +26,13 @@ constexpr time_t kSecondsBetweenHealthChecks = 5;
 constexpr int kHealthCheckTries = 3;
 constexpr int kLaunched = 0;
 constexpr int kCouldNotLaunch = 2;
+
+// How many calls are bringing the agent back just now. Not the manager's: a message box of theirs may let the
+// host quit and the manager go.
+int sCallsInRetry = 0;
+
+// The notification timer ticks in every message box below ProcessNotifications(); its calls find this set.
+bool sProcessingNotifications = false;
 
 void DisableServices() {
   HornbeamGlobals::SetPluginServicesEnabled(false);
@@ -127,8 +136,7 @@ unsigned int CoreAgentInterface::CallUnderRetryRule(const AgentCall& call) {
   const bool connectedBefore = HornbeamGlobals::ConnectedToCore();
   int retriesLeft = 1;
   int relaunchesLeft = kMaxRelaunches;
-  bool warned = false;
-  ++m_nCallsInRetry;
+  ++sCallsInRetry;
   unsigned int status = call();
   while (IsAgentGone(status)) {
     OutputIndentedAndFormattedString(
@@ -141,7 +149,6 @@ unsigned int CoreAgentInterface::CallUnderRetryRule(const AgentCall& call) {
       --retriesLeft;
       again = AttemptRelaunchTryAgain(relaunchesLeft);
     } else if (relaunchesLeft > 0 && WarnUserAgentRelaunchFailed()) {
-      warned = true;
       OutputIndentedAndFormattedString(0, "Agent not running, relaunching agent and retrying command");
       again = AttemptRelaunchTryAgain(relaunchesLeft);
     }
@@ -153,11 +160,13 @@ unsigned int CoreAgentInterface::CallUnderRetryRule(const AgentCall& call) {
     }
     status = call();
   }
-  --m_nCallsInRetry;
-  // The warning switched the services off; the agent is back, so they are again what they were.
-  if (warned && !IsAgentGone(status)) {
+  --sCallsInRetry;
+  // The loss switched the services off on the way, by the box that tells of it or by the agent's own word;
+  // the agent is back, so they are again what they were.
+  if (connectedBefore && !IsAgentGone(status) && !HornbeamGlobals::ConnectedToCore()) {
     HornbeamGlobals::SetPluginServicesEnabled(servicesBefore);
-    HornbeamGlobals::SetConnectedToCore(connectedBefore);
+    HornbeamGlobals::SetConnectedToCore(true);
+    PanelManager::GetSharedInstance()->SetEnabled(true);
   }
   return status;
 }
@@ -208,10 +217,11 @@ bool CoreAgentInterface::AreSchemaVersionsInSync() {
 }
 
 int CoreAgentInterface::ProcessNotifications() {
+  if (sProcessingNotifications) return 0;
+  const ScopedFlag processing(sProcessingNotifications);
   // A response may delete this manager, by a quit from inside a message box: the queue is held, and the
   // manager isn't touched any more when it is no longer the one that takes notifications.
   const std::shared_ptr<CoreAgentPluginNotificationQueue> queue = m_queue;
-  if (queue->IsDraining()) return 0;
   const int handled = queue->ProcessAllNotifications();
   if (CurrentQueue() == queue) CheckAgentHealth();
   return handled;
@@ -221,7 +231,7 @@ void CoreAgentInterface::CheckAgentHealth() {
   const time_t now = std::chrono::system_clock::to_time_t(platform::Clock::Get().WallNow());
   // While a call is bringing the agent back, the retry rule alone says what becomes of the services.
   if (now - lastCoreAgentCheckTime <= kSecondsBetweenHealthChecks || !HornbeamGlobals::ConnectedToCore() ||
-      m_nCallsInRetry != 0) {
+      sCallsInRetry != 0) {
     return;
   }
   lastCoreAgentCheckTime = now;
@@ -237,5 +247,6 @@ void CoreAgentInterface::CheckAgentHealth() {
       "Disabling plug-in services in CoreAgentInterface::ProcessNotifications() because Kiln is no longer "
       "running.");
   DisableServices();
+  PanelManager::GetSharedInstance()->SetEnabled(false);
   AskUserToRelaunchAgent();
 }

@@ -30,8 +30,8 @@ std::string CallStringGetter(unsigned int (ShuttleLoader::*getter)(char*, unsign
   return buffer.data();
 }
 
-// The key of the name to show; null keeps the agent's name.
-CFStringRef WorkgroupNameKey(unsigned int type, const std::string& agentName, bool standalone) {
+// The key of the name to show; null keeps the agent's name. The edition is asked for only where it decides.
+CFStringRef WorkgroupNameKey(CoreAgentInterface& manager, unsigned int type, const std::string& agentName) {
   switch (type) {
     case 0:
       return CFSTR("AllServerFontsWorkgroup");
@@ -46,11 +46,21 @@ CFStringRef WorkgroupNameKey(unsigned int type, const std::string& agentName, bo
     case 3:
     case 10:
     case 11:
-      if (!standalone) return type == kLocalPersonalLibrary ? CFSTR("LocalPersonalWorkgroup") : nullptr;
+      if (!manager.RunningStandalone()) {
+        return type == kLocalPersonalLibrary ? CFSTR("LocalPersonalWorkgroup") : nullptr;
+      }
       return agentName == "Font Library (LOCALIZE ME)" ? CFSTR("Font Library (LOCALIZE ME)") : nullptr;
     default:
       return nullptr;
   }
+}
+
+// A failed question counts as an empty answer.
+RetainPtr<CFArrayRef> GetWorkgroups(CoreAgentInterface& manager, bool includeSystem) {
+  CFArrayRef workgroups = nullptr;
+  const int status = manager.GetAllWorkgroupsForUser(&workgroups, false, includeSystem, false);
+  RetainPtr<CFArrayRef> owned = adoptCF(workgroups);
+  return status == 0 ? owned : nullptr;
 }
 
 RetainPtr<CFDictionaryRef> WithNameAndType(CFDictionaryRef record, CFStringRef name, long type) {
@@ -106,7 +116,7 @@ CFStringRef CoreAgentInterface::CreateLocalizedWorkgroupName(unsigned int type,
                                                              const std::string& agentName) {
   const LoomInterface* loom = HornbeamGlobals::GetSharedLoomInterface();
   if (loom == nullptr) return nullptr;
-  return loom->LocalizedString(WorkgroupNameKey(type, agentName, RunningStandalone()));
+  return loom->LocalizedString(WorkgroupNameKey(*this, type, agentName));
 }
 
 bool CoreAgentInterface::CheckForWorkgroups() {
@@ -114,11 +124,9 @@ bool CoreAgentInterface::CheckForWorkgroups() {
 }
 
 unsigned int CoreAgentInterface::GetSpecialWorkgroupID(long type) {
-  CFArrayRef workgroups = nullptr;
-  GetAllWorkgroupsForUser(&workgroups, false, true, false);
-  const RetainPtr<CFArrayRef> owned = adoptCF(workgroups);
-  for (CFIndex index = 0; index < FontRecord::Count(workgroups); ++index) {
-    CFDictionaryRef record = FontRecord::At(workgroups, index);
+  const RetainPtr<CFArrayRef> workgroups = GetWorkgroups(*this, true);
+  for (CFIndex index = 0; index < FontRecord::Count(workgroups.get()); ++index) {
+    CFDictionaryRef record = FontRecord::At(workgroups.get(), index);
     if (record != nullptr && GetWorkgroupType(record) == type) {
       return static_cast<unsigned int>(GetWorkgroupRecordID(record));
     }
@@ -153,11 +161,9 @@ bool CoreAgentInterface::IsRemoteWorkgroupTypeDisabled(long type) {
 
 bool CoreAgentInterface::IsSelectedWorkgroupLocal() {
   const int current = GetCurrentWorkgroupID();
-  CFArrayRef workgroups = nullptr;
-  GetAllWorkgroupsForUser(&workgroups, false, false, false);
-  const RetainPtr<CFArrayRef> owned = adoptCF(workgroups);
-  for (CFIndex index = 0; index < FontRecord::Count(workgroups); ++index) {
-    CFDictionaryRef record = FontRecord::At(workgroups, index);
+  const RetainPtr<CFArrayRef> workgroups = GetWorkgroups(*this, false);
+  for (CFIndex index = 0; index < FontRecord::Count(workgroups.get()); ++index) {
+    CFDictionaryRef record = FontRecord::At(workgroups.get(), index);
     if (record != nullptr && GetWorkgroupRecordID(record) == current) {
       return GetWorkgroupType(record) == kLocalPersonalLibrary;
     }

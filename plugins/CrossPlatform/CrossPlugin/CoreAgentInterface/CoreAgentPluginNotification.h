@@ -23,7 +23,8 @@ class CoreAgentPluginNotification {
   /// The event in the form of key and value. Owned by the notification.
   CFMutableDictionaryRef GetDictionary() const { return m_dictionary.get(); }
 
-  /// Does what the event asks of the plug-in's own state. Main thread; can show message boxes.
+  /// Does what the event asks of the plug-in's own state and passes it on to the host. Main thread; can show
+  /// message boxes.
   ///
   /// \return -1 without a manager, with nothing done, else 0.
   int Respond();
@@ -32,9 +33,13 @@ class CoreAgentPluginNotification {
   bool IsFor(CFStringRef key) const;
   void SetFlag(CFStringRef key, bool value);
   bool GetFlag(CFStringRef key, bool fallback) const;
+  void RespondToOnlineState();
   void RespondToLoggedInState();
   void RespondToWorkgroups();
   void RespondToAgentShutdown();
+  bool RespondToFont();
+  bool RespondToReplication();
+  void RespondToTheRest();
 
   RetainPtr<CFMutableDictionaryRef> m_dictionary;
 };

@@ -6,6 +6,7 @@
 #include "GBlockingLockStrategy.h"
 #include "GScopedLock.h"
 #include "Utilities/DebugUtils.h"
+#include "Utilities/ScopedFlag.h"
 
 void CoreAgentPluginNotificationQueue::EnqueueNotification(
     std::unique_ptr<CoreAgentPluginNotification> notification) {
@@ -26,7 +27,7 @@ int CoreAgentPluginNotificationQueue::ProcessAllNotifications() {
   // A response can run the run loop, and with it the timer that calls this: the notification taken already
   // would be overtaken.
   if (m_bDraining) return 0;
-  m_bDraining = true;
+  const ScopedFlag draining(m_bDraining);
   int handled = 0;
   std::unique_ptr<CoreAgentPluginNotification> current = DequeueNotification();
   while (current != nullptr) {
@@ -41,6 +42,5 @@ int CoreAgentPluginNotificationQueue::ProcessAllNotifications() {
     ++handled;
     current = std::move(next);
   }
-  m_bDraining = false;
   return handled;
 }

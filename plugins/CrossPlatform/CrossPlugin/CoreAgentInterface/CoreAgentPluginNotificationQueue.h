@@ -28,9 +28,6 @@ class CoreAgentPluginNotificationQueue {
   /// \return How many were handled.
   int ProcessAllNotifications();
 
-  /// Whether ProcessAllNotifications() is running. Main thread.
-  bool IsDraining() const { return m_bDraining; }
-
  private:
   GMutex m_mutex;
   std::deque<std::unique_ptr<CoreAgentPluginNotification>> m_notifications;

@@ -1,14 +1,18 @@
-// What a notification means to the plug-in's own state. Main thread.
+// What a notification means to the plug-in's own state, and which operation of the host it is. Main thread.
 
 #include <cstdint>
+#include <limits>
+#include <optional>
 
 #include "Activation/State/HornbeamGlobals.h"
 #include "CoreAgentInterface/CoreAgentPluginNotification.h"
 #include "CoreAgentInterface/PluginNotificationKeys.h"
 #include "FontManagerInterface/EServerType.h"
 #include "FontManagerInterface/FontManagerInterface.h"
+#include "HostAppInterface/HostAppInterface.h"
 #include "LoomInterface/LoomInterface.h"
 #include "Memory/CFCast.h"
+#include "Panel/PanelManager.h"
 #include "Utilities/DebugUtils.h"
 
 namespace {
@@ -32,6 +36,56 @@ EServerType ReadServerType(CFDictionaryRef dictionary) {
   return static_cast<EServerType>(type);
 }
 
+HostAppInterface& Host() {
+  return *HostAppInterface::GetHostAppInterface();
+}
+
+// No ID for one that is missing, negative or beyond the 32 bits of an ID.
+std::optional<unsigned int> ReadFontID(CFDictionaryRef dictionary) {
+  int64_t fontID = -1;
+  CFNumberRef number =
+      dynamicCF<CFNumberRef>(CFDictionaryGetValue(dictionary, kPluginNotification_FontActivation_Font_ID));
+  if (number == nullptr || !CFNumberGetValue(number, kCFNumberSInt64Type, &fontID)) return std::nullopt;
+  if (fontID < 0 || fontID > std::numeric_limits<unsigned int>::max()) return std::nullopt;
+  return static_cast<unsigned int>(fontID);
+}
+
+struct FontRow {
+  CFStringRef key;
+  void (HostAppInterface::*operation)(unsigned int fontID);
+};
+
+const FontRow kFontRows[] = {
+    {kPluginNotification_FontActivated, &HostAppInterface::FontActivated},
+    {kPluginNotification_DesignActivationNonCompliant,
+     &HostAppInterface::DesignActivationFailedComplianceCheck},
+    {kPluginNotification_FontDeactivated, &HostAppInterface::FontDeactivated},
+    {kPluginNotification_FontMissing, &HostAppInterface::FontMissing},
+};
+
+// The kinds of replication. Those with a flag hold off the questions about workgroups while they run.
+struct ReplicationRow {
+  CFStringRef progressKey;
+  CFStringRef stoppedKey;
+  void (*setRunning)(bool isReplicating);
+  void (HostAppInterface::*progress)(CFDictionaryRef progress);
+  void (HostAppInterface::*stopped)();
+};
+
+const ReplicationRow kReplicationRows[] = {
+    {kPluginNotification_BulkReplicationProgress, kPluginNotification_BulkReplicationStopped,
+     &HornbeamGlobals::SetBulkReplicationRunning, &HostAppInterface::BulkReplicationProgress,
+     &HostAppInterface::BulkReplicationStopped},
+    {kPluginNotification_IncrementalReplicationProgress, kPluginNotification_IncrementalReplicationStopped,
+     &HornbeamGlobals::SetIncrementalReplicationRunning, &HostAppInterface::IncrementalReplicationProgress,
+     &HostAppInterface::IncrementalReplicationStopped},
+    {kPluginNotification_GoogleReplicationProgress, kPluginNotification_GoogleReplicationStopped, nullptr,
+     &HostAppInterface::GoogleReplicationProgress, &HostAppInterface::GoogleReplicationStopped},
+    {kPluginNotification_FontServerReplicationProgress, kPluginNotification_FontServerReplicationStopped,
+     nullptr, &HostAppInterface::FontServerReplicationProgress,
+     &HostAppInterface::FontServerReplicationStopped},
+};
+
 }  // namespace
 
 bool CoreAgentPluginNotification::IsFor(CFStringRef key) const {
@@ -42,37 +96,37 @@ bool CoreAgentPluginNotification::GetFlag(CFStringRef key, bool fallback) const 
   return ReadFlag(CFDictionaryGetValue(m_dictionary.get(), key), fallback);
 }
 
+// The first key that is there settles what the notification is.
 int CoreAgentPluginNotification::Respond() {
   if (FontManagerInterface::GetFontManager() == nullptr) return -1;
-  // The first key that is there settles what the notification is.
   if (IsFor(kPluginNotification_OnlineStateChanged)) {
-    if (LoomInterface* loom = HornbeamGlobals::GetSharedLoomInterface()) {
-      loom->SetIsOnline(GetFlag(kPluginNotification_OnlineStateChanged, true));
-    }
+    RespondToOnlineState();
   } else if (IsFor(kPluginNotification_LoggedInStateChanged)) {
     RespondToLoggedInState();
+  } else if (IsFor(kPluginNotification_PanelDataChanged)) {
+    Host().HandlePanelDataChanged();
   } else if (IsFor(kPluginNotification_WorkgroupsChanged) ||
              IsFor(kPluginNotification_UserPermissionsChanged)) {
     RespondToWorkgroups();
   } else if (IsFor(kPluginNotification_AgentShutdown)) {
     RespondToAgentShutdown();
-  } else if (IsFor(kPluginNotification_BulkReplicationProgress)) {
-    HornbeamGlobals::SetBulkReplicationRunning(true);
-  } else if (IsFor(kPluginNotification_BulkReplicationStopped)) {
-    HornbeamGlobals::SetBulkReplicationRunning(false);
-    FontManagerInterface::CheckSelectWorkgroup();
-  } else if (IsFor(kPluginNotification_IncrementalReplicationProgress)) {
-    HornbeamGlobals::SetIncrementalReplicationRunning(true);
-  } else if (IsFor(kPluginNotification_IncrementalReplicationStopped)) {
-    HornbeamGlobals::SetIncrementalReplicationRunning(false);
-    FontManagerInterface::CheckSelectWorkgroup();
+  } else if (!RespondToFont() && !RespondToReplication()) {
+    RespondToTheRest();
   }
   return 0;
 }
 
+void CoreAgentPluginNotification::RespondToOnlineState() {
+  const bool isOnline = GetFlag(kPluginNotification_OnlineStateChanged, true);
+  Host().SetIsOnline(isOnline);
+  if (LoomInterface* loom = HornbeamGlobals::GetSharedLoomInterface()) loom->SetIsOnline(isOnline);
+}
+
 void CoreAgentPluginNotification::RespondToLoggedInState() {
   const bool isLoggedIn = GetFlag(PluginInterface::kIsLoggedInKey, false);
-  if (ReadServerType(m_dictionary.get()) == EServerType::kNotOwnLogin) return;
+  const EServerType serverType = ReadServerType(m_dictionary.get());
+  Host().SetLoggedInState(isLoggedIn, serverType);
+  if (serverType == EServerType::kNotOwnLogin) return;
   LoomInterface* loom = HornbeamGlobals::GetSharedLoomInterface();
   if (loom == nullptr) return;
 
@@ -93,12 +147,18 @@ void CoreAgentPluginNotification::RespondToLoggedInState() {
   if (isLoggedIn && !HornbeamGlobals::ReplicationRunning()) {
     FontManagerInterface::SetValidWorkgroupSelected(false);
     FontManagerInterface::CheckSelectWorkgroup();
+    Host().RebuildWorkgroupsMenu();
   }
 }
 
 void CoreAgentPluginNotification::RespondToWorkgroups() {
-  if (FontManagerInterface::IsValidWorkgroupSelected() || HornbeamGlobals::ReplicationRunning()) return;
-  FontManagerInterface::GetFontManager()->InitializeDefaultWorkgroup();
+  Host().RebuildWorkgroupsMenu();
+  FontManagerInterface* manager = FontManagerInterface::GetFontManager();
+  if (manager == nullptr || FontManagerInterface::IsValidWorkgroupSelected() ||
+      HornbeamGlobals::ReplicationRunning()) {
+    return;
+  }
+  manager->InitializeDefaultWorkgroup();
   FontManagerInterface::CheckSelectWorkgroup();
 }
 
@@ -106,8 +166,54 @@ void CoreAgentPluginNotification::RespondToAgentShutdown() {
   OutputIndentedAndFormattedString(0, "Disabling plugin functionality");
   HornbeamGlobals::SetPluginServicesEnabled(false);
   HornbeamGlobals::SetConnectedToCore(false);
+  PanelManager::GetSharedInstance()->SetEnabled(false);
   if (LoomInterface* loom = HornbeamGlobals::GetSharedLoomInterface()) {
     OutputIndentedAndFormattedString(0, "Informing user that plugin functionality will be disabled...");
     loom->ShowFontManagerNotFoundMessageBox();
+  }
+}
+
+bool CoreAgentPluginNotification::RespondToFont() {
+  for (const FontRow& row : kFontRows) {
+    if (!IsFor(row.key)) continue;
+    if (const std::optional<unsigned int> fontID = ReadFontID(m_dictionary.get())) {
+      (Host().*row.operation)(*fontID);
+    }
+    return true;
+  }
+  return false;
+}
+
+bool CoreAgentPluginNotification::RespondToReplication() {
+  for (const ReplicationRow& row : kReplicationRows) {
+    if (IsFor(row.progressKey)) {
+      if (row.setRunning != nullptr) row.setRunning(true);
+      (Host().*row.progress)(m_dictionary.get());
+      return true;
+    }
+    if (IsFor(row.stoppedKey)) {
+      if (row.setRunning != nullptr) {
+        row.setRunning(false);
+        FontManagerInterface::CheckSelectWorkgroup();
+      }
+      (Host().*row.stopped)();
+      return true;
+    }
+  }
+  return false;
+}
+
+void CoreAgentPluginNotification::RespondToTheRest() {
+  if (IsFor(kPluginNotification_GoogleWebFontsEnabled)) {
+    if (IsFor(kPluginNotification_Enabled)) {
+      Host().GoogleWebFontsEnabled(GetFlag(kPluginNotification_Enabled, false));
+    }
+  } else if (IsFor(kPluginNotification_PreviewPNGsRendered)) {
+    Host().PreviewPNGsRendered(
+        dynamicCF<CFDictionaryRef>(CFDictionaryGetValue(m_dictionary.get(), kPluginNotification_FontPNGs)));
+  } else if (IsFor(kPluginNotification_SmartListsChanged)) {
+    Host().SmartListsChanged();
+  } else if (IsFor(kPluginNotification_OfflineDownloadFinished)) {
+    Host().OfflineDownloadFinished();
   }
 }

@@ -103,10 +103,11 @@ CFStringRef FontManagerInterface::GetWorkgroupNameFromID(long workgroupID) {
 }
 
 CFStringRef FontManagerInterface::FindWorkgroupIDGetName(long workgroupID, CFArrayRef workgroups) {
+  // "All workgroups" is -2 or 0xFFFFFFFE, as its writer has it; the two are one in 32 bits.
   const CFIndex count = FontRecord::Count(workgroups);
   for (CFIndex i = 0; i < count; ++i) {
     const CFDictionaryRef workgroup = FontRecord::At(workgroups, i);
-    if (!workgroup || XCFUtils::GetLongFromDictString(workgroup, kGM_WorkgroupIDKey) != workgroupID) continue;
+    if (!workgroup || WorkgroupIDAt(workgroups, i) != static_cast<int>(workgroupID)) continue;
     return retainCF(XCFUtils::GetCFStringFromDict(workgroup, kGM_WorkgroupNameKey)).leakRef();
   }
   return nullptr;

@@ -9,10 +9,12 @@
 #include "Utilities/FontDebugUtils.h"
 #include "Utilities/OperationTrace.h"
 
+std::atomic<bool> HornbeamGlobals::sShutDown{false};
 std::unique_ptr<LoomInterface> HornbeamGlobals::sLoomInterface;
 std::unique_ptr<FontActivationTracker> HornbeamGlobals::sFontActivationTracker;
 
 LoomInterface* HornbeamGlobals::GetSharedLoomInterface() {
+  if (sShutDown) return nullptr;
   if (!sLoomInterface) {
     if (!sHostApp) OutputIndentedAndFormattedString(0, "ERROR: sHostApp is NULL in %s()", __func__);
     sLoomInterface =
@@ -24,10 +26,12 @@ LoomInterface* HornbeamGlobals::GetSharedLoomInterface() {
 
 std::unique_ptr<LoomInterface> HornbeamGlobals::ReplaceSharedLoomInterfaceForTesting(
     std::unique_ptr<LoomInterface> loomInterface) {
+  if (loomInterface) sShutDown = false;
   return std::exchange(sLoomInterface, std::move(loomInterface));
 }
 
 FontActivationTracker* HornbeamGlobals::GetSharedFontActivationTracker() {
+  if (sShutDown) return nullptr;
   if (!sFontActivationTracker) {
     sFontActivationTracker = std::make_unique<FontActivationTracker>(GetSharedLoomInterface());
   }
@@ -61,6 +65,7 @@ void HornbeamGlobals::SaveDocumentFonts(const std::string& path, CFArrayRef font
 
 void HornbeamGlobals::CleanUpOnShutdown() {
   SetPluginServicesEnabled(false);
+  sShutDown = true;
   sFontActivationTracker.reset();
   // The library looks after what the framework left with it before the framework itself goes.
   ShuttleLoader::GetSharedInstance()->CleanUpOnShutdown();

@@ -5,22 +5,11 @@
 
 #include "GErrors.h"
 #include "Panel/HornbeamPanel.h"
+#include "Utilities/ScopedFlag.h"
 
 namespace {
 
 const char* const kIdentifier = "Miscellaneous";
-
-// A flag that is set for a scope.
-class ScopedFlag {
- public:
-  explicit ScopedFlag(bool& flag) : m_flag(flag) { m_flag = true; }
-  ScopedFlag(const ScopedFlag&) = delete;
-  ScopedFlag& operator=(const ScopedFlag&) = delete;
-  ~ScopedFlag() { m_flag = false; }
-
- private:
-  bool& m_flag;
-};
 
 }  // namespace
 

@@ -16,12 +16,13 @@ class LoomInterface;
 /// Life:
 ///   1. Load: the Identify... operations record who the plug-in and its host are; nothing changes that later.
 ///   2. Start-up and run: the flags follow the host, the agent and the user.
-///   3. CleanUpOnShutdown() drops the shared objects and most of the identity; the object getters then start
-///   anew.
+///   3. CleanUpOnShutdown() drops the shared objects and most of the identity. From then on the object
+///   getters give null, so that a late tick of a timer or a late signal of the host finds nothing to work
+///   with.
 ///
 /// It knows hosts by name only, so that other hosts' plug-ins can share it.
 ///
-/// Thread: main, apart from the replication flags, which the agent's notification thread sets as well.
+/// Thread: main; start-up may run on another one before it.
 class HornbeamGlobals {
  public:
   HornbeamGlobals() = delete;
@@ -95,17 +96,18 @@ class HornbeamGlobals {
   /// The two letters by which the agent's library files a host's documents; empty for an unknown host.
   static std::string GetHostAppCategory();
 
-  /// The shared interface to the UI framework, made on first call. Never null after that call; whether the
-  /// framework is up is the object's own IsValid().
+  /// The shared interface to the UI framework, made on first call; whether the framework is up is the
+  /// object's own IsValid(). Null after CleanUpOnShutdown().
   static LoomInterface* GetSharedLoomInterface();
 
-  /// For tests: puts an interface, such as one over a fake framework, in the place of the shared one.
+  /// For tests: puts an interface, such as one over a fake framework, in the place of the shared one. One
+  /// that isn't null also takes a shutdown back.
   ///
   /// \return What stood there.
   static std::unique_ptr<LoomInterface> ReplaceSharedLoomInterfaceForTesting(
       std::unique_ptr<LoomInterface> loomInterface);
 
-  /// The shared tracker, made on first call with the shared LoomInterface.
+  /// The shared tracker, made on first call with the shared LoomInterface. Null after CleanUpOnShutdown().
   static FontActivationTracker* GetSharedFontActivationTracker();
 
   /// The host's name as its users know it. Borrowed; null without LoomInterface or host code.
@@ -142,6 +144,7 @@ class HornbeamGlobals {
   static RetainPtr<CFStringRef> sPluginBundleIdentifier;
   static std::unique_ptr<std::string> pPluginBinaryPath;
 
+  static std::atomic<bool> sShutDown;
   static std::unique_ptr<LoomInterface> sLoomInterface;
   static std::unique_ptr<FontActivationTracker> sFontActivationTracker;
 };
