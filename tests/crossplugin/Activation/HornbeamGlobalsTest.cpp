@@ -99,6 +99,10 @@ TEST_F(HornbeamGlobalsTest, ShutdownDropsTheSharedObjectsAndTheIdentity) {
   EXPECT_FALSE(HornbeamGlobals::ArePluginServicesEnabled());
   EXPECT_EQ("", HornbeamGlobals::GetPluginHostApp());
   EXPECT_EQ("", HornbeamGlobals::GetPluginVersion());
+  EXPECT_EQ(nullptr, HornbeamGlobals::GetSharedLoomInterface()) << "a late tick must not build it anew";
+  EXPECT_EQ(nullptr, HornbeamGlobals::GetSharedFontActivationTracker());
+  EXPECT_EQ(nullptr, HornbeamGlobals::GetHostAppDisplayName());
+  HornbeamGlobals::SaveDocumentFonts("/d/a.indd", nullptr);
 }
 
 }  // namespace

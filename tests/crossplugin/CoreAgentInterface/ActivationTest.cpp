@@ -174,6 +174,68 @@ TEST_F(ActivationTest, NoSetWithoutOneWorkgroupOrAnAnswer) {
   EXPECT_EQ(library.CountCalls("CreateTopLevelSet"), 0);
 }
 
+// ---- Collecting a document's fonts.
+
+class CollectTest : public ActivationTest {
+ protected:
+  CollectTest() { Connect(); }
+
+  int Collect(std::vector<unsigned int> ids) {
+    library.calls.clear();
+    terminal.written.clear();
+    return agent->CollectFontsUsedByCurrentDocument("Flyer", "/d/Flyer.idml", Fonts(std::move(ids)).get());
+  }
+
+  FakeTerminal terminal;
+  ScopedReplacement<platform::Terminal> replacedTerminal{terminal};
+  ScopedEnvironment prompt{"LOOM_TERMINAL_PROMPT", std::nullopt};
+};
+
+TEST_F(CollectTest, FontsGoToTheFolderThatTheUserNames) {
+  loom.sentences["[FONT_MANAGER_MODIFIER] Auto-Activation Plug-in for [host app]"] = "Collect";
+  terminal.answers = {" " + home.Path("out") + " "};
+  EXPECT_EQ(Collect({7, 0, 9}), 0);
+  EXPECT_EQ(library.calls,
+            std::vector<std::string>{"ExportFonts(2, [7 9], '" + home.Path("out") + "', 0, 0)"});
+  EXPECT_EQ(terminal.written,
+            "\nCollect\nEnter name of new folder.  Collected fonts will be placed here.\n[Flyer's fonts] ");
+  terminal.answers = {"x"};
+  library.results["ExportFonts"] = GOspreyExportFonts::kCannotWriteToDestinationFolder;
+  EXPECT_EQ(Collect({7}), -1);
+}
+
+TEST_F(CollectTest, AnAgentThatHasGoneIsBroughtBack) {
+  terminal.answers = {"/out"};
+  library.nextResults["ExportFonts"] = {GAgentIF::kShutdown};
+  EXPECT_EQ(Collect({7}), 0);
+  EXPECT_EQ(library.CountCalls("ExportFonts"), 2);
+}
+
+TEST_F(CollectTest, WithoutFontsTheFolderIsMadeUnlessItIsThere) {
+  const struct {
+    unsigned int isThere, isMade;
+    int result;
+    long made;
+  } kCases[] = {{0, 0, 0, 0}, {1, 0, 0, 1}, {1, 1, -1, 1}};
+  for (const auto& row : kCases) {
+    terminal.answers = {"/out"};
+    library.results["OSDoesDirectoryExist"] = row.isThere;
+    library.results["OSCreateDirectory"] = row.isMade;
+    EXPECT_EQ(Collect({}), row.result);
+    EXPECT_EQ(library.calls.front(), "OSDoesDirectoryExist('/out')");
+    EXPECT_EQ(library.CountCalls("OSCreateDirectory"), row.made);
+  }
+}
+
+TEST_F(CollectTest, AUserWhoCancelsOrCannotBeAskedCollectsNothing) {
+  EXPECT_EQ(Collect({7}), 0);
+  terminal.answers = {"/out"};
+  terminal.canAsk = false;
+  EXPECT_EQ(Collect({7}), 0);
+  EXPECT_EQ(terminal.written, "");
+  EXPECT_TRUE(library.calls.empty());
+}
+
 TEST_F(ActivationTest, ALongSetNameIsCutBetweenCharacters) {
   const std::string musicalNote = "\xF0\x9D\x84\x9E";  // two UTF-16 units
   const struct {

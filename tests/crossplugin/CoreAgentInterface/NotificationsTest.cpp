@@ -5,9 +5,11 @@
 #include "CoreAgentInterface/CoreAgentPluginNotification.h"
 #include "CoreAgentInterface/CoreAgentPluginNotificationQueue.h"
 #include "CoreAgentInterface/PluginNotificationKeys.h"
-#include "CoreAgentInterface/WorkgroupRecord.h"
+#include "Activation/Vocabulary/WorkgroupRecord.h"
+#include "HostAppInterface/HostAppInterface.h"
 #include "Memory/CFCast.h"
 #include "Memory/CFVector.h"
+#include "support/RecordingPanel.h"
 
 namespace {
 
@@ -24,6 +26,8 @@ class NotificationsTest : public AgentTest {
   }
 
   void Send(int kind, void* payload = nullptr) { EXPECT_EQ(CoreAgentNotificationCallback(kind, payload), 0); }
+
+  const RecordingPanel::Registration panel;
 };
 
 // ---- What a callback becomes.
@@ -229,6 +233,91 @@ TEST_F(NotificationsTest, ChangedWorkgroupsAreLookedAtOnlyWithoutAValidOne) {
     EXPECT_EQ(loom.GetPreference("CurrentWorkgroup"), 1);
     EXPECT_TRUE(FontManagerInterface::IsValidWorkgroupSelected());
   }
+}
+
+TEST_F(NotificationsTest, EachEventReachesThePanels) {
+  unsigned int fontID = 0xFFFFFFF0;
+  bool on = true;
+  const auto step = MakeDictionary();
+  CFDictionarySetValue(step.get(), CFSTR("text"), CFSTR("Importing"));
+  const auto login = LoginState(true);
+  const auto loginElsewhere = LoginState(true, 3);
+  const struct {
+    int kind;
+    void* payload;
+    std::vector<std::string> told;
+  } kCases[] = {
+      {1, &on, {"OnlineStateChanged 1"}},
+      {2, login.get(), {"LoggedInStateChanged 1", "CheckForTypekit"}},
+      {2, loginElsewhere.get(), {"LoggedInStateChanged 3"}},
+      {3, nullptr, {"CheckForTypekit"}},
+      {4, nullptr, {"CheckForTypekit"}},
+      {8, &fontID, {"FontActivated 4294967280"}},
+      {9, &fontID, {"FontDeactivated 4294967280"}},
+      {10, &fontID, {"FontMissing 4294967280"}},
+      {14, &on, {"GoogleWebFontsEnabled 1"}},
+      {15, step.get(), {"GoogleProgress 2"}},
+      {16, nullptr, {"GoogleStopped"}},
+      {17, step.get(), {"FontImages 1"}},
+      {18, nullptr, {"SmartListsChanged"}},
+      {19, step.get(), {"BulkProgress 2"}},
+      {20, nullptr, {"BulkStopped"}},
+      {21, step.get(), {"IncrementalProgress 2"}},
+      {22, nullptr, {"IncrementalStopped"}},
+      {23, nullptr, {"DataChanged"}},
+      {24, &fontID, {"FontNonCompliant 4294967280"}},
+      {25, nullptr, {"OfflineDownloadFinished"}},
+      {27, step.get(), {"FontServerProgress 2"}},
+      {28, nullptr, {"FontServerStopped"}},
+      {0, nullptr, {"SetEnabled 0"}},
+  };
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.kind);
+    Send(row.kind, row.payload);
+    agent->ProcessNotifications();
+    EXPECT_EQ(panel->Take(), row.told);
+  }
+}
+
+TEST_F(NotificationsTest, AnEventWithoutAFontIsDropped) {
+  const int64_t beyond = int64_t{1} << 32;
+  const int64_t negative = -1;
+  const auto notification = CoreAgentPluginNotification::Create(18, nullptr);
+  CFMutableDictionaryRef event = notification->GetDictionary();
+  CFDictionarySetValue(event, kPluginNotification_FontActivated, kCFBooleanTrue);
+  EXPECT_EQ(notification->Respond(), 0);
+  for (const int64_t fontID : {beyond, negative}) {
+    const auto number = adoptCF(CFNumberCreate(nullptr, kCFNumberSInt64Type, &fontID));
+    CFDictionarySetValue(event, kPluginNotification_FontActivation_Font_ID, number.get());
+    EXPECT_EQ(notification->Respond(), 0);
+  }
+  EXPECT_EQ(panel->Take(), std::vector<std::string>{});
+}
+
+TEST_F(NotificationsTest, AResponseThatThrowsEndsNeitherTheDrainNorTheNext) {
+  class Thrower : public HostAppInterface {
+   public:
+    void RebuildWorkgroupsMenu() override {}
+    void SmartListsChanged() override { throw std::bad_alloc(); }
+  };
+  auto before = HostAppInterface::ReplaceForTesting(std::make_unique<Thrower>());
+  Send(18);
+  Send(23);
+  EXPECT_EQ(agent->ProcessNotifications(), 2);
+  HostAppInterface::ReplaceForTesting(std::move(before));
+  Send(23);
+  EXPECT_EQ(agent->ProcessNotifications(), 1);
+}
+
+TEST_F(NotificationsTest, BoxesOfTheHealthCheckAndOfAShutdownDoNotStack) {
+  library.running = 0;
+  loom.duringBox = [this] {
+    Send(0);
+    EXPECT_EQ(agent->ProcessNotifications(), 0) << "no tick inside a tick";
+  };
+  agent->ProcessNotifications();
+  EXPECT_EQ(loom.boxes.size(), 1u);
+  EXPECT_EQ(panel->Take(), std::vector<std::string>{"SetEnabled 0"});
 }
 
 TEST_F(NotificationsTest, AgentShutdownSwitchesServicesOffAndSaysSo) {

@@ -1,7 +1,9 @@
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "CoreAgentInterface/AgentTest.h"
+#include "CoreAgentInterface/CoreAgentPluginNotification.h"
 
 namespace {
 
@@ -221,6 +223,22 @@ TEST_F(AgentTest, RetryDoesNotBringBackServicesThatWereOffBefore) {
   library.nextResults["GetAreSchemaVersionsInSync"] = {kShutdown, kShutdown};
   agent->AreSchemaVersionsInSync();
   EXPECT_FALSE(HornbeamGlobals::PluginServicesEnabled());
+  EXPECT_TRUE(HornbeamGlobals::ConnectedToCore());
+}
+
+TEST_F(AgentTest, AShutdownToldWhileTheAgentIsBroughtBackDoesNotOutliveIt) {
+  Connect();
+  bool told = false;
+  library.nextResults["GetAreSchemaVersionsInSync"] = {kShutdown};
+  library.duringCall = [this, &told](const std::string& call) {
+    if (!call.starts_with("ResetPluginFacadeInstance") || std::exchange(told, true)) return;
+    CoreAgentNotificationCallback(PluginInterface::kAgentShutdown, nullptr);
+    agent->ProcessNotifications();
+    EXPECT_FALSE(HornbeamGlobals::ArePluginServicesEnabled());
+  };
+  EXPECT_TRUE(agent->AreSchemaVersionsInSync());
+  EXPECT_TRUE(told);
+  EXPECT_TRUE(HornbeamGlobals::ArePluginServicesEnabled());
   EXPECT_TRUE(HornbeamGlobals::ConnectedToCore());
 }
 

@@ -1,6 +1,6 @@
 #include "Activation/Vocabulary/FontRecordKeys.h"
 #include "CoreAgentInterface/AgentTest.h"
-#include "CoreAgentInterface/WorkgroupRecord.h"
+#include "Activation/Vocabulary/WorkgroupRecord.h"
 #include "Memory/CFVector.h"
 
 namespace {

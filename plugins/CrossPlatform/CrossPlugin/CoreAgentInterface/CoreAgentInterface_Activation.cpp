@@ -5,10 +5,10 @@
 
 #include "Activation/State/HornbeamGlobals.h"
 #include "Activation/Vocabulary/FontRecord.h"
+#include "Activation/Vocabulary/WorkgroupRecord.h"
 #include "CoreAgentInterface/CoreAgentInterface.h"
 #include "CoreAgentInterface/FontIDs.h"
 #include "CoreAgentInterface/Shuttle/ShuttleLoader.h"
-#include "CoreAgentInterface/WorkgroupRecord.h"
 #include "GErrorCodes.h"
 #include "LoomInterface/LoomInterface.h"
 #include "LoomInterface/PreferenceKeys.h"

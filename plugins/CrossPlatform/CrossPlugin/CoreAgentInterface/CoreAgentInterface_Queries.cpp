@@ -51,8 +51,8 @@ unsigned int LookUp(Lookup lookup, const std::string& name, const std::vector<un
 template <unsigned long kCapacity, typename Lookup>
 int CoreAgentInterface::FontIDsForName(const std::string& name, long workgroupID, Lookup lookup,
                                        std::vector<unsigned long>& outIDs) {
-  std::array<unsigned int, kCapacity> selectedIDs;
-  std::array<unsigned int, kCapacity> systemIDs;
+  std::array<unsigned int, kCapacity> selectedIDs{};
+  std::array<unsigned int, kCapacity> systemIDs{};
   unsigned long selectedCount = 0;
   unsigned long systemCount = 0;
   const auto workgroup = static_cast<int>(workgroupID);

@@ -2,6 +2,7 @@
 #include "Activation/Vocabulary/FontRecord.h"
 #include "Activation/Vocabulary/FontRecordKeys.h"
 #include "Activation/Vocabulary/StatusCodes.h"
+#include "Activation/Vocabulary/WorkgroupRecord.h"
 #include "FontManagerInterface/FontManagerInterface.h"
 #include "LoomInterface/LoomInterface.h"
 #include "Memory/CFCast.h"
@@ -20,8 +21,7 @@ RetainPtr<CFArrayRef> GetWorkgroups(FontManagerInterface& manager, bool includeA
 }
 
 int WorkgroupIDAt(CFArrayRef workgroups, CFIndex index) {
-  return static_cast<int>(
-      XCFUtils::GetLongFromDictString(FontRecord::At(workgroups, index), kGM_WorkgroupIDKey));
+  return GetWorkgroupRecordID(FontRecord::At(workgroups, index));
 }
 
 bool ContainsWorkgroup(CFArrayRef workgroups, int workgroupID) {
@@ -122,7 +122,7 @@ int FontManagerInterface::AddWorkgroupNamesToFonts(CFArrayRef fonts) {
   for (CFIndex i = 0; i < count; ++i) {
     const auto font = dynamicCF<CFMutableDictionaryRef>(CFArrayGetValueAtIndex(fonts, i));
     if (!font) continue;
-    const long workgroupID = XCFUtils::GetLongFromDictString(font, kGM_WorkgroupIDKey);
+    const int workgroupID = GetWorkgroupRecordID(font);
     const RetainPtr<CFStringRef> name = adoptCF(FindWorkgroupIDGetName(workgroupID, workgroups.get()));
     if (name) CFDictionarySetValue(font, kGM_WorkgroupNameKey, name.get());
   }

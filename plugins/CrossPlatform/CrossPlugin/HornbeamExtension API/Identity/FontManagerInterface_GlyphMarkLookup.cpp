@@ -6,6 +6,7 @@
 #include "Activation/Vocabulary/FontRecord.h"
 #include "Activation/Vocabulary/FontRecordKeys.h"
 #include "Activation/Vocabulary/StatusCodes.h"
+#include "Activation/Vocabulary/WorkgroupRecord.h"
 #include "FontManagerInterface/FontManagerInterface.h"
 #include "Identity/BestMatch.h"
 #include "Identity/GlyphMarkSupport.h"
@@ -91,7 +92,7 @@ void AppendSlug(FontManagerInterface& manager, CFArrayRef slug, const FontOrSetI
                 bool& outExcludedRemote, RetainPtr<CFMutableArrayRef>& result) {
   auto first = dynamicCF<CFMutableDictionaryRef>(CFArrayGetValueAtIndex(slug, 0));
   if (!first) return;
-  if (manager.IsRemoteWorkgroupTypeDisabled(XCFUtils::GetLongFromDictString(first, kGM_WorkgroupTypeKey))) {
+  if (manager.IsRemoteWorkgroupTypeDisabled(GetWorkgroupType(first))) {
     outExcludedRemote = true;
     OutputIndentedAndFormattedString(
         0, "Excluding version with checksum %d because it's remote and we're running standalone.",
@@ -163,10 +164,11 @@ int FontManagerInterface::GetGlyphMarkData(CFDictionaryRef font, TypeOfFontName 
     OutputIndentedAndFormattedString(0, "...GetGlyphMarkData has no name to look up or no array to fill.");
     return kErrorNotDone;
   }
+  // A name that doesn't fit leaves an empty one, which nobody is asked for.
   char buffer[kNameBufferSize];
   if (!CFStringGetCString(name, buffer, sizeof(buffer), kCFStringEncodingUTF8)) {
     OutputIndentedAndFormattedString(0, "...GetGlyphMarkData doesn't look up a name this long.");
-    return kErrorNotDone;
+    buffer[0] = '\0';
   }
 
   Lookup lookup{*this, workgroupID, outExcludedRemote, inOutData};

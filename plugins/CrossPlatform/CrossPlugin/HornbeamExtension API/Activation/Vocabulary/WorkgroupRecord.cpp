@@ -1,4 +1,4 @@
-#include "CoreAgentInterface/WorkgroupRecord.h"
+#include "Activation/Vocabulary/WorkgroupRecord.h"
 
 #include "Activation/Vocabulary/FontRecordKeys.h"
 #include "Memory/CFCast.h"

@@ -2,7 +2,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-/// Reading a workgroup's record. Null and missing values read as 0. Any thread.
+/// Reading the workgroup of a workgroup's or a font's record. Null and missing values read as 0. Any thread.
 
 /// kGM_WorkgroupTypeKey, as a text, which is how the agent writes it, or as a number, which is how
 /// GetAllWorkgroupsForUser() writes it into the records that it gives a name.
