@@ -2,7 +2,9 @@
 #include "AppStartupShutdownResponder.h"
 #include "HornbeamPlugIn.h"
 #include "IK2ServiceProvider.h"
+#include "NotificationDelivery.h"
 #include "PlugInTest.h"
+#include "support/RecordingPanel.h"
 
 namespace {
 
@@ -22,7 +24,10 @@ TEST(HornbeamPlugInTest, SubscribesToFifteenSignals) {
 class StartUpService : public PlugInTest {
  protected:
   StartUpService() { CommonFunctionality::ResetCallCountersForTesting(); }
-  ~StartUpService() override { CommonFunctionality::ResetCallCountersForTesting(); }
+  ~StartUpService() override {
+    NotificationDelivery::Stop();
+    CommonFunctionality::ResetCallCountersForTesting();
+  }
 
   class IdleTask : public CPMUnknown<IIdleTask> {
    public:
@@ -64,6 +69,36 @@ TEST_F(StartUpService, OffTheMainThreadNoMessageIsShown) {
   host.isMainThread = false;
   responder.Startup();
   EXPECT_TRUE(host.alerts.empty());
+}
+
+TEST_F(StartUpService, EventsAreDeliveredAtEachTickUntilTheQuit) {
+  class Agent : public FakeFontManager {
+   public:
+    int ProcessNotifications() override {
+      ++ticks;
+      // A message box runs the host's events.
+      if (ticks == 1) NotificationDelivery::processNotifications(nullptr, nullptr);
+      return 0;
+    }
+    int ticks = 0;
+  };
+  const RecordingPanel::Registration panel;
+  responder.Startup();
+  auto* agent = new Agent;  // the shutdown deletes the live one
+  while (agent->ticks < 4) CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.05, true);
+  EXPECT_EQ(panel->calls.size(), 2u * static_cast<size_t>(agent->ticks));
+  EXPECT_EQ(panel->calls[0], "SelectSocket 0");
+  EXPECT_EQ(panel->calls[1], "Pop");
+  responder.Shutdown();
+  EXPECT_EQ(CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false), kCFRunLoopRunFinished) << "no timer is left";
+}
+
+TEST_F(StartUpService, ATickThatThrowsDoesNotReachTheHost) {
+  class Agent : public FakeFontManager {
+   public:
+    int ProcessNotifications() override { throw std::bad_alloc(); }
+  } agent;
+  NotificationDelivery::processNotifications(nullptr, nullptr);
 }
 
 TEST_F(StartUpService, AQuitInTheMiddleOfACloseWaitsForItsEnd) {

@@ -158,4 +158,13 @@ TEST_F(WorkgroupSelectionTest, FontsLearnTheNameOfTheirWorkgroup) {
   EXPECT_EQ(0, manager.AddWorkgroupNamesToFonts(nullptr));
 }
 
+TEST_F(WorkgroupSelectionTest, AllWorkgroupsHasOneNameWhicheverSignItWasWrittenWith) {
+  const auto all = MakeFontList(
+      {MakeFontRecord({{kGM_WorkgroupIDKey, "4294967294"}, {kGM_WorkgroupNameKey, "All Libraries"}})});
+  for (const long workgroupID : {-2L, 4294967294L}) {
+    const RetainPtr<CFStringRef> name = adoptCF(manager.FindWorkgroupIDGetName(workgroupID, all.get()));
+    EXPECT_EQ(ToStdString(name.get()), "All Libraries");
+  }
+}
+
 }  // namespace

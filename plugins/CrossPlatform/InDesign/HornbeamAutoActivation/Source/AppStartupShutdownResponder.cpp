@@ -15,6 +15,7 @@
 #include "InterfacePtr.h"
 #include "LoomInterface/LoomInterface.h"
 #include "Memory/CFVector.h"
+#include "NotificationDelivery.h"
 #include "Utilities/DebugUtils.h"
 #include "Utilities/OperationTrace.h"
 
@@ -54,6 +55,7 @@ void AppStartupShutdownResponder::Startup() {
     if (InterfacePtr<IIdleTask> task(GetExecutionContextSession(), IID_IHORNBEAMIDLETASK); task) {
       task->InstallTask(kFirstIdleDelay);
     }
+    NotificationDelivery::Start();
   });
 }
 
@@ -76,6 +78,7 @@ void AppStartupShutdownResponder::ShutDownNow() {
     if (!lock.IsLocked()) {
       return;
     }
+    NotificationDelivery::Stop();
     CommonFunctionality::Shutdown();
     LoomInterface::SetHostMessageProc(nullptr);
     HBIndesignPluginGlobals::CleanUpOnShutdown();

@@ -13,8 +13,9 @@ class AppStartupShutdownResponder : public CPMUnknown<IStartupShutdownService> {
  public:
   using CPMUnknown::CPMUnknown;
 
-  /// Starts what all hosts share, writes the default preferences at the first start ever, and installs the
-  /// idle task of the session, if there is one. Message boxes are shown on the main thread only.
+  /// Starts what all hosts share, writes the default preferences at the first start ever, installs the idle
+  /// task of the session, if there is one, and starts the delivery of the agent's events. Message boxes are
+  /// shown on the main thread only.
   void Startup() override;
 
   /// Gives back the fonts and frees what is shared. When it comes in the middle of another call of the
