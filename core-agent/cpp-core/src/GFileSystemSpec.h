@@ -14,7 +14,7 @@ class GFileSystemSpec {
   /// valid path (a cycle of symbolic links, say).
   explicit GFileSystemSpec(const std::string& text);
 
-  /// \return CoreErrorCodes::kInvalidParam, with the spec unchanged, unless the expanded path is empty or a
+  /// \return CoreErrorCodes::kInvalidParam, with the path unchanged, unless the expanded path is empty or a
   ///         valid full path.
   TErrCode SetFullPath(const std::string& path);
 
