@@ -96,6 +96,7 @@ class Expander {
       size_t count = 0;
       char c = ' ';
       words >> count >> c;
+      if (count > size_t{4} << 20) throw std::runtime_error("Too much to fill in");
       m_out += std::string(count, words ? c : ' ');
     } else if (command == "hex") {
       words >> name;
