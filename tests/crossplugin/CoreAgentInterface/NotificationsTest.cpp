@@ -1,11 +1,11 @@
 #include <atomic>
 #include <thread>
 
+#include "Activation/Vocabulary/WorkgroupRecord.h"
 #include "CoreAgentInterface/AgentTest.h"
 #include "CoreAgentInterface/CoreAgentPluginNotification.h"
 #include "CoreAgentInterface/CoreAgentPluginNotificationQueue.h"
 #include "CoreAgentInterface/PluginNotificationKeys.h"
-#include "Activation/Vocabulary/WorkgroupRecord.h"
 #include "HostAppInterface/HostAppInterface.h"
 #include "Memory/CFCast.h"
 #include "Memory/CFVector.h"
@@ -134,7 +134,13 @@ TEST_F(NotificationsTest, CallbacksMayRaceWithTheEndOfTheManager) {
   std::atomic<bool> stop = false;
   std::thread agentThread([&stop, this] {
     unsigned int fontID = 7;
-    while (!stop) Send(8, &fontID);
+    const auto step = MakeDictionary();
+    CFDictionarySetValue(step.get(), CFSTR("text"), CFSTR("Importing"));
+    while (!stop) {
+      Send(8, &fontID);
+      Send(15, step.get());
+      Send(17, step.get());
+    }
   });
   for (int i = 0; i < 50; ++i) {
     Connect();
