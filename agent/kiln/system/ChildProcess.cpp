@@ -36,6 +36,8 @@ std::unique_ptr<ChildProcess> ChildProcess::Start(const std::string& program,
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, input.ends[0], STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&actions, output.ends[1], STDOUT_FILENO);
+  // Not Kiln's sockets: a child that outlives a killed Kiln would go on taking connections for it.
+  posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
   // Kiln blocks and ignores signals for itself; the child begins as any program does.
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
