@@ -76,7 +76,7 @@ bool __CFDictionary::Put(const void* key, const void* value, When when) {
   }
   const void* keptKey = cf::Keep(keyCallBacks, key);
   if (cf::Refuses(keyCallBacks, keptKey)) return false;
-  entries.emplace(keptKey, cf::Keep(valueCallBacks, value));
+  entries.Append(keptKey, cf::Keep(valueCallBacks, value));
   return true;
 }
 
@@ -199,9 +199,7 @@ void CFDictionaryRemoveAllValues(CFMutableDictionaryRef dictionary) {
   __CFDictionary* target = CastMutable(dictionary);
   if (target == nullptr) return;
   // Taken out first, since a release may come back to this dictionary.
-  auto removed = target->entries;
-  target->entries.clear();
-  for (const auto& [key, value] : removed) {
+  for (const auto& [key, value] : target->entries.TakeAll()) {
     cf::LetGo(target->keyCallBacks, key);
     cf::LetGo(target->valueCallBacks, value);
   }

@@ -2,8 +2,8 @@
 
 #include <CoreFoundation/CFBase.h>
 
-/// Values by key, in no order. With the kCFType… callbacks keys and values are objects, which it retains;
-/// with NULL callbacks they are bare pointers, compared by address. A key must not change while it is in.
+/// Values by key, in the order they came in. With the kCFType… callbacks keys and values are objects, which
+/// it retains; with NULL callbacks they are bare pointers, compared by address. A key must not change inside.
 
 using CFDictionaryRetainCallBack = const void* (*)(CFAllocatorRef allocator, const void* value);
 using CFDictionaryReleaseCallBack = void (*)(CFAllocatorRef allocator, const void* value);

@@ -2,9 +2,8 @@
 
 #include <CoreFoundation/CFDictionary.h>
 
-#include <unordered_map>
-
 #include "CoreFoundation/CFContainer.h"
+#include "CoreFoundation/CFDictionaryEntries.h"
 #include "CoreFoundation/CFRuntime.h"
 
 struct __CFDictionary final : cf::Object {
@@ -25,7 +24,7 @@ struct __CFDictionary final : cf::Object {
         keyCallBacks(keys == nullptr ? CFDictionaryKeyCallBacks{} : *keys),
         valueCallBacks(values == nullptr ? CFDictionaryValueCallBacks{} : *values),
         mutability(isMutable),
-        entries(0, KeyHash{&keyCallBacks}, KeyEqual{&keyCallBacks}) {}
+        entries(KeyHash{&keyCallBacks}, KeyEqual{&keyCallBacks}) {}
   ~__CFDictionary() override;
 
   bool Equals(const Object& other) const override;
@@ -40,5 +39,5 @@ struct __CFDictionary final : cf::Object {
   const CFDictionaryKeyCallBacks keyCallBacks;
   const CFDictionaryValueCallBacks valueCallBacks;
   const bool mutability;
-  std::unordered_map<const void*, const void*, KeyHash, KeyEqual> entries;
+  CFDictionaryEntries<KeyHash, KeyEqual> entries;
 };
