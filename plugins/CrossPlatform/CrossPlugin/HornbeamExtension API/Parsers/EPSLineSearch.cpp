@@ -29,8 +29,9 @@ EPSLineSearch::EPSLineSearch(FileBuffer& file, const std::vector<LineMark>& mark
     const char first = mark.text.front();
     auto group = std::find_if(m_groups.begin(), m_groups.end(),
                               [first](const Group& candidate) { return candidate.first == first; });
-    if (group == m_groups.end()) group = m_groups.insert(group, Group{first, {}});
+    if (group == m_groups.end()) group = m_groups.insert(group, Group{first, {}, {}});
     group->marks.push_back(mark);
+    group->second.set(static_cast<unsigned char>(mark.text[1]));
   }
 }
 
@@ -56,6 +57,7 @@ size_t EPSLineSearch::FindMark(std::string_view text, int64_t textOffset, int64_
     for (; place < limit; ++place) {
       place = text.substr(0, limit).find(group.first, place);
       if (place == std::string_view::npos) break;
+      if (place + 1 < text.size() && !group.second[static_cast<unsigned char>(text[place + 1])]) continue;
       const bool atLineStart =
           place == 0 ? textOffset == lineStart : EPSLineReader::IsEndOfLine(text[place - 1]);
       if (std::any_of(group.marks.begin(), group.marks.end(),

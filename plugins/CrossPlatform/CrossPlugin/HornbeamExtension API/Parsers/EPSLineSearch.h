@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -8,7 +9,7 @@
 
 /// A text that makes a line worth reading.
 struct LineMark {
-  std::string_view text;     ///< Outlives the search.
+  std::string_view text;     ///< Two characters at least; outlives the search.
   bool onlyAtStart = false;  ///< It counts at the start of a line alone.
 };
 
@@ -29,7 +30,8 @@ class EPSLineSearch {
   struct Group {
     char first;
     std::vector<LineMark> marks;
-    int64_t clearUpTo = 0;  // no mark of the group begins before that offset
+    std::bitset<256> second;  // characters that follow the first one in a mark
+    int64_t clearUpTo = 0;    // no mark of the group begins before that offset
   };
 
   // The place in the text of the first mark, or the text's size.

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr size_t kPage = 4096;
 constexpr size_t kWindowSize = size_t{256} * 1024;
 
 }  // namespace
@@ -31,9 +30,9 @@ bool FileBuffer::Open(const char* path, std::ios_base::openmode mode) {
     Close();
     return false;
   }
-  if (!m_window) m_window = std::make_unique<char[]>(kWindowSize);
+  if (!m_window) m_window = std::make_unique_for_overwrite<char[]>(kWindowSize);
   DropWindow(0);
-  m_readAhead = kPage;
+  m_readAhead = m_pageSize;
   m_lastFetchEnd = -1;
   m_writePosition = 0;
   m_bytesFetched = 0;
@@ -69,8 +68,8 @@ FileBuffer::int_type FileBuffer::underflow() {
   if (!IsOpen()) return traits_type::eof();
   const int64_t position = ReadPosition();
   // Whole pages: a jump backwards by little then still falls into the window.
-  const int64_t start = position - position % static_cast<int64_t>(kPage);
-  m_readAhead = start == m_lastFetchEnd ? std::min(m_readAhead * 2, kWindowSize) : kPage;
+  const int64_t start = position - position % static_cast<int64_t>(m_pageSize);
+  m_readAhead = start == m_lastFetchEnd ? std::min(m_readAhead * 2, kWindowSize) : m_pageSize;
   const int64_t count = ReadAt(m_window.get(), m_readAhead, start);
   m_lastFetchEnd = start + count;
   if (start + count <= position) {

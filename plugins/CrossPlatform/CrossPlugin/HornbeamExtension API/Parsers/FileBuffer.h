@@ -27,6 +27,10 @@ class FileBuffer : public std::streambuf {
   bool Close();
   bool IsOpen() const { return m_descriptor >= 0; }
 
+  /// How much a jump fetches, in bytes: a power of two up to 4096, which it is at first. For readers that
+  /// jump to small things all over a large file.
+  void SetPageSize(size_t bytes) { m_pageSize = bytes; }
+
   /// What follows the reading position, as far as it is in memory; at least one byte unless the file ends
   /// here. Valid until the next operation.
   std::string_view Ahead();
@@ -58,6 +62,7 @@ class FileBuffer : public std::streambuf {
   int m_descriptor = -1;
   std::unique_ptr<char[]> m_window;
   int64_t m_windowStart = 0;  // file offset of eback()
+  size_t m_pageSize = 4096;
   size_t m_readAhead = 0;
   int64_t m_lastFetchEnd = -1;
   int64_t m_writePosition = 0;

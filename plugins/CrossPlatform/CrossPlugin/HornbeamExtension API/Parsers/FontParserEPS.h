@@ -20,6 +20,8 @@
 /// A key counts anywhere in a line. A file without a font comment before its "%%EndComments" is read no
 /// further than that line; one with a font comment is read to its end, since embedded subsets show only in
 /// the body.
+///
+/// Note given by Parse(): "no EPS header".
 class FontParserEPS : public FontParser {
  public:
   /// \param url  May be null. Both are retained.
@@ -41,8 +43,8 @@ class FontParserEPS : public FontParser {
   /// Parse() comes first. Nothing is written, and the result is 0, for an empty list, for a parser made read-
   /// only, and for a file that doesn't open for writing.
   ///
-  /// \return 0 or -1. With -1 the file is untouched when it has no "%%EndComments" (or not where Parse()
-  /// found
+  /// \return 0, or -1 with a note that says why. With -1 the file is untouched when it has no "%%EndComments"
+  /// (or not where Parse() found
   ///         it), when a 32-bit field of its header can't take the new value, and when the disk has no room;
   ///         a write that fails later can leave it longer and partly moved.
   int Save() override;
@@ -79,6 +81,7 @@ class FontParserEPS : public FontParser {
   static bool ReadGlyphMarkAttribute(std::stringstream& stream, std::string& name, std::string& value);
 
   int CheckBeforeSave(int64_t blockLength);
+  int InsertBlock(const std::string& block);
   int AllocateGapInFile(int64_t offset, int64_t gapSize);
 
   ParsedFile m_file;

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::string_view kEndComments = "%%EndComments";
+constexpr std::string_view kDamaged = "writing failed, and the file may be damaged";
 constexpr size_t kMaxValueLength = 254;
 
 // Called for each key of a record; `context` is the output stream.
@@ -49,22 +50,28 @@ int FontParserEPS::Save() {
   if (m_readOnly || FontRecord::Count(m_fonts.get()) == 0 || !m_file.Open(false)) return 0;
   const std::string block = WriteFontRecordsToBuffer();
   if (!block.empty()) {
-    const auto blockLength = static_cast<int64_t>(block.size());
-    FStreamWrapper& stream = m_file.stream;
-    m_nError = CheckBeforeSave(blockLength);
-    if (m_nError == 0) m_nError = AllocateGapInFile(m_endCommentsOffset, blockLength);
-    if (m_nError == 0) m_nError = Write(stream, m_endCommentsOffset, block.data(), blockLength);
-    if (m_nError == 0 && IsWindowsEPS(m_header.FirstWord())) {
-      m_header.AddToPostScript(m_endCommentsOffset, blockLength);
-      m_nError = Write(stream, 0, m_header.Bytes().data(), EPSBinaryHeader::kSize);
-    }
+    m_nError = CheckBeforeSave(static_cast<int64_t>(block.size()));
+    if (m_nError == 0) m_nError = InsertBlock(block);
   }
   m_file.stream.close();
-  if (m_nError == 0 && m_file.stream.fail()) m_nError = kErrorNotDone;
   // A second block comes behind the first, so that its records win.
   if (m_nError == 0) m_endCommentsOffset += static_cast<int64_t>(block.size());
   trace.Exiting("%s() returning %d", "FontParserEPS::Save", m_nError);
   return m_nError;
+}
+
+int FontParserEPS::InsertBlock(const std::string& block) {
+  FStreamWrapper& stream = m_file.stream;
+  const auto length = static_cast<int64_t>(block.size());
+  int result = AllocateGapInFile(m_endCommentsOffset, length);
+  if (result != 0) return result;
+  result = Write(stream, m_endCommentsOffset, block.data(), length);
+  if (result == 0 && IsWindowsEPS(m_header.FirstWord())) {
+    m_header.AddToPostScript(m_endCommentsOffset, length);
+    result = Write(stream, 0, m_header.Bytes().data(), EPSBinaryHeader::kSize);
+  }
+  if (result != 0) AddNote(kDamaged);
+  return result;
 }
 
 std::string FontParserEPS::WriteFontRecordsToBuffer() const {
@@ -80,27 +87,34 @@ std::string FontParserEPS::WriteFontRecordsToBuffer() const {
   return std::move(block).str();
 }
 
-// Everything that can be known to go wrong, before the first byte is written.
+// Everything that can be known to go wrong, before the first byte is written. What does becomes a note.
 int FontParserEPS::CheckBeforeSave(int64_t blockLength) {
   FStreamWrapper& stream = m_file.stream;
-  // Without "%%EndComments" the block would come before the first line, and the file be no EPS any more.
-  if (m_endCommentsOffset == 0 || m_endCommentsOffset > std::numeric_limits<int32_t>::max()) {
+  const auto refuse = [this](std::string_view note) {
+    AddNote(note);
     return kErrorNotDone;
+  };
+  // The block would come before the first line, and the file be no EPS any more.
+  if (m_endCommentsOffset == 0) return refuse("no %%EndComments to write in front of");
+  if (m_endCommentsOffset > std::numeric_limits<int32_t>::max()) {
+    return refuse("%%EndComments lies too far back");
   }
-  // The file may have changed since Parse().
   char found[kEndComments.size()];
   if (Read(stream, m_endCommentsOffset, found, kEndComments.size()) != 0 ||
       std::string_view(found, kEndComments.size()) != kEndComments) {
-    return kErrorNotDone;
+    return refuse("changed since it was read");
   }
   if (IsWindowsEPS(m_header.FirstWord())) {
     EPSBinaryHeader header;
-    if (Read(stream, 0, header.Bytes().data(), EPSBinaryHeader::kSize) != 0 || header != m_header ||
-        !header.AddToPostScript(m_endCommentsOffset, blockLength)) {
-      return kErrorNotDone;
+    if (Read(stream, 0, header.Bytes().data(), EPSBinaryHeader::kSize) != 0 || header != m_header) {
+      return refuse("changed since it was read");
+    }
+    if (!header.AddToPostScript(m_endCommentsOffset, blockLength)) {
+      return refuse("the binary header can't take a longer PostScript section");
     }
   }
-  return stream.Buffer().FreeSpace() < static_cast<uint64_t>(blockLength) ? kErrorNotDone : 0;
+  if (stream.Buffer().FreeSpace() < static_cast<uint64_t>(blockLength)) return refuse("no room on the disk");
+  return 0;
 }
 
 // Moves the tail of the file towards its end, back to front, so that no byte is overwritten before it is
@@ -114,10 +128,11 @@ int FontParserEPS::AllocateGapInFile(int64_t offset, int64_t gapSize) {
   if (!stream.good()) {
     // Nothing has moved yet, so the file can be what it was.
     stream.Buffer().Truncate(length);
+    AddNote("can't be made longer, and is unchanged");
     return kErrorNotDone;
   }
   int64_t blockSize = std::min(kMaxBlockSize, length);
-  const auto block = std::make_unique<char[]>(static_cast<size_t>(blockSize));
+  const auto block = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(blockSize));
   int64_t readPosition = length;
   int64_t writePosition = length + gapSize;
   while (readPosition > offset) {
@@ -129,8 +144,11 @@ int FontParserEPS::AllocateGapInFile(int64_t offset, int64_t gapSize) {
       writePosition += cut;
       readPosition = offset;
     }
-    if (int result = Read(stream, readPosition, block.get(), blockSize)) return result;
-    if (int result = Write(stream, writePosition, block.get(), blockSize)) return result;
+    if (Read(stream, readPosition, block.get(), blockSize) != 0 ||
+        Write(stream, writePosition, block.get(), blockSize) != 0) {
+      AddNote(kDamaged);
+      return kErrorNotDone;
+    }
   }
   return 0;
 }
