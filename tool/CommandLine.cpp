@@ -5,7 +5,9 @@
 #include <exception>
 
 #include "Complaint.h"
+#include "EpsWriteCommand.h"
 #include "ExitCodes.h"
+#include "FontsCommand.h"
 #include "HornbeamVersion.h"
 #include "LibraryCommands.h"
 #include "OpenCommand.h"
@@ -19,6 +21,8 @@ struct Invocation {
   LibraryAddOptions libraryAdd;
   LibraryListOptions libraryList;
   StatusOptions status;
+  FontsOptions fonts;
+  EpsWriteOptions epsWrite;
   std::function<int()> run;
 };
 
@@ -61,6 +65,31 @@ void AddStatus(CLI::App& app, Invocation& invocation) {
       [&invocation] { invocation.run = [&invocation] { return RunStatus(invocation.status); }; });
 }
 
+void AddFonts(CLI::App& app, Invocation& invocation) {
+  CLI::App* command = app.add_subcommand("fonts", "List the fonts of EPS, PDF and Illustrator files");
+  FontsOptions& options = invocation.fonts;
+  CLI::Option* files = command->add_option("FILE", options.files, "EPS, PDF and Illustrator files");
+  command->add_option("-r", options.folder, "All of them below a folder, by their extensions")
+      ->type_name("FOLDER");
+  command->add_flag("--json", options.json, "One JSON object a file, on one line");
+  command->add_flag("--glyphmark", options.glyphMark, "With all that the file says of each font");
+  command->footer("Exit codes as grep's: 0 a font was found, 1 none, 2 trouble.");
+  command->callback([&invocation, files] {
+    if (files->empty() && invocation.fonts.folder.empty()) throw CLI::RequiredError("FILE or -r FOLDER");
+    invocation.run = [&invocation] { return RunFonts(invocation.fonts); };
+  });
+}
+
+void AddEpsWrite(CLI::App& app, Invocation& invocation) {
+  CLI::App* command = app.add_subcommand("eps-write", "Write font records into an EPS file, in place");
+  command->add_option("FILE", invocation.epsWrite.file, "EPS file")->required();
+  command->add_option("--from", invocation.epsWrite.records, "XML property list: an array of font records")
+      ->required()
+      ->type_name("RECORDS");
+  command->callback(
+      [&invocation] { invocation.run = [&invocation] { return RunEpsWrite(invocation.epsWrite); }; });
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Opens page-layout documents and has the fonts that they need activated, just for as long.",
                "hornbeam");
@@ -71,6 +100,8 @@ int Run(int argc, char** argv) {
   AddOpen(app, invocation);
   AddLibrary(app, invocation);
   AddStatus(app, invocation);
+  AddFonts(app, invocation);
+  AddEpsWrite(app, invocation);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
