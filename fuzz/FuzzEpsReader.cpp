@@ -1,6 +1,7 @@
 // The reader of EPS comments. On any bytes it ends without an error, leaves the file as it was, gives records
 // that all have a name, the same ones with and without GlyphMark data, asks the file for at most 64 times its
 // length and 16 MiB, and leaves no object behind. The search for lines with a mark passes over none.
+//
 // Links: hornbeam_crossplugin
 #include <algorithm>
 #include <vector>

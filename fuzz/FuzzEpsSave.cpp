@@ -2,6 +2,7 @@
 // was, or the file is the old one with exactly the block in it and, behind a DOS header, two fields changed.
 // Where
 // "%%EndComments" stands alone on its line and no embedded subset can swallow the block, it is read back.
+//
 // Links: hornbeam_crossplugin
 #include <algorithm>
 #include <vector>

@@ -1,6 +1,9 @@
 // The reader of IDML packages. Any bytes give a document or a sentence that begins with the path. Bytes that
 // begin with "=== " are the text of a fixture, which is zipped first, so that what lies in the parts is
-// varied too. Links: hornbeam_idml hornbeam_platform PkgConfig::LIBZIP Sources: tests/support/IdmlFixture.cpp
+// varied too.
+//
+// Links: hornbeam_idml hornbeam_platform PkgConfig::LIBZIP
+// Sources: tests/support/IdmlFixture.cpp
 #include <string_view>
 
 #include "FuzzSupport.h"

@@ -4,6 +4,7 @@
 //
 // The first byte says how the rest is packed: 0 packed by us behind the tag, 1 packed by us with the filter,
 // 2 taken as packed already, 3 the same behind the tag, any other: not packed.
+//
 // Links: hornbeam_crossplugin ZLIB::ZLIB
 // Sources: tests/support/PdfFixture.cpp
 #include <algorithm>

@@ -3,8 +3,10 @@
 // for at most 64 times its length and 16 MiB, and leaves no object behind.
 //
 // The input is a file or, where it has marks, the text of one (tests/support/PdfFixture.h), so that a change
-// to it doesn't tear all offsets apart. Links: hornbeam_crossplugin ZLIB::ZLIB Sources:
-// tests/support/PdfFixture.cpp
+// to it doesn't tear all offsets apart.
+//
+// Links: hornbeam_crossplugin ZLIB::ZLIB
+// Sources: tests/support/PdfFixture.cpp
 #include <algorithm>
 #include <set>
 #include <string>

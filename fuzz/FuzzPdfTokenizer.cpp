@@ -3,6 +3,7 @@
 // and the tokens don't depend on where a block of the file ends.
 //
 // The first byte says how many blanks the second reading has in front.
+//
 // Links: hornbeam_crossplugin
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 // Property lists. Any bytes give a list or an error, never both and never neither. A list that was read can
-// be copied, and what is written of it reads as the same list again. No object is left behind. Links:
-// hornbeam_platform
+// be copied, and what is written of it reads as the same list again. No object is left behind.
+//
+// Links: hornbeam_platform
 #include <CoreFoundation/CoreFoundation.h>
 
 #include "FuzzSupport.h"
