@@ -1,7 +1,6 @@
 // Saving into an EPS file, and reading it back. On any bytes a save either fails and leaves the file as it
 // was, or the file is the old one with exactly the block in it and, behind a DOS header, two fields changed.
-// Where
-// "%%EndComments" stands alone on its line and no embedded subset can swallow the block, it is read back.
+// It is read back where "%%EndComments" stands alone on its line and no embedded subset can swallow it.
 //
 // Links: hornbeam_crossplugin
 #include <algorithm>
