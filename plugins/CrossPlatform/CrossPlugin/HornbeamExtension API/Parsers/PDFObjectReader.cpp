@@ -8,6 +8,7 @@
 
 namespace {
 
+constexpr size_t kPageSize = 512;
 constexpr int64_t kBudgetPerByte = 64;
 constexpr int64_t kBudgetAtLeast = int64_t{16} << 20;
 // An update adds one table, so that no file comes near this.
@@ -19,6 +20,8 @@ constexpr size_t kMaxObjects = size_t{1} << 18;
 
 bool PDFObjectReader::OpenFile() {
   m_nError = 0;
+  // Dictionaries are a few hundred bytes each, between streams that nobody reads.
+  m_file.stream.Buffer().SetPageSize(kPageSize);
   if (!m_file.Open(true)) return false;
   m_nFileLength = std::max<int64_t>(0, m_file.stream.GetStreamLength());
   m_nBudget = m_nFileLength > (INT64_MAX - kBudgetAtLeast) / kBudgetPerByte
