@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Activation/Vocabulary/StatusCodes.h"
@@ -28,7 +29,10 @@ class FakeFontManager : public FontManagerInterface {
   ~FakeFontManager() override { sm_pFontManager = previous_; }
 
   unsigned int AddFont(FontFields fields, int16_t state = 1) {
-    fonts.push_back({static_cast<unsigned int>(fonts.size() + 1), MakeFontRecord(fields), state});
+    return AddFont(MakeFontRecord(fields), state);
+  }
+  unsigned int AddFont(RetainPtr<CFMutableDictionaryRef> record, int16_t state = 1) {
+    fonts.push_back({static_cast<unsigned int>(fonts.size() + 1), std::move(record), state});
     return fonts.back().fontID;
   }
 
@@ -176,8 +180,8 @@ class FakeFontManager : public FontManagerInterface {
     }
     std::string text = SlugOf(fontInfo);
     if (const auto told = glyphMarkText.find(databaseID); told != glyphMarkText.end()) text = told->second;
-    if (text.size() >= *inOutBufferSize) return kErrorNotDone;
-    std::memcpy(outXMLBuffer, text.c_str(), text.size() + 1);
+    // One that is too long fills the buffer and leaves no ending zero.
+    std::memcpy(outXMLBuffer, text.c_str(), std::min<size_t>(text.size() + 1, *inOutBufferSize));
     return 0;
   }
 

@@ -2,8 +2,10 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,6 +21,19 @@ using FontFields = std::initializer_list<std::pair<CFStringRef, std::string>>;
 inline RetainPtr<CFMutableDictionaryRef> MakeFontRecord(FontFields fields) {
   auto record = MakeDictionary();
   for (const auto& [key, value] : fields) XCFUtils::PutStringIntoDict(record.get(), key, value);
+  return record;
+}
+
+/// A record as a table of cases writes it, with the texts of its keys: "FontKind=TrueType|Version=1.0".
+inline RetainPtr<CFMutableDictionaryRef> ParseFontRecord(std::string_view text) {
+  auto record = MakeDictionary();
+  while (!text.empty()) {
+    const std::string_view field = text.substr(0, text.find('|'));
+    const size_t equals = field.find('=');
+    XCFUtils::PutStringIntoDict(record.get(), ToCFString(field.substr(0, equals)).get(),
+                                field.substr(equals + 1));
+    text.remove_prefix(std::min(field.size() + 1, text.size()));
+  }
   return record;
 }
 

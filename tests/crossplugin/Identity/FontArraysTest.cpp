@@ -45,21 +45,25 @@ TEST(FontLookupTest, StricterMatchesWinWhereverTheyStand) {
 }
 
 TEST(FontLookupTest, AddingStripsAndDropsDuplicates) {
-  const auto fonts = MakeArray();
   struct Case {
     const char* name;
     bool allowDuplicates;
     bool added;
   };
+  const auto fonts = MakeArray();
+  const auto indexedFonts = MakeArray();
+  IndexedFontArray indexed(indexedFonts.get());
   for (const Case& row :
-       {Case{"Foo (Bold)", false, true}, Case{"FooBold", false, false}, Case{"Foo-Bold", false, false},
-        Case{"Foo-Bold", true, true}, Case{"()", false, false}, Case{"\xE5\xB0\x8F", false, true},
+       {Case{"(F)/[o]{o} Bold", false, true}, Case{"FooBold", false, false}, Case{"Foo-Bold", false, false},
+        Case{"Foo-Bold", true, true}, Case{"()[]{} /", true, false}, Case{"", true, false},
+        Case{"<%>\xE5\xB0\x8F", false, true},
         Case{"\xE5\xA1\x9A", false, false}}) {  // known: names without ASCII letters match each other
-    EXPECT_EQ(row.added,
-              GlyphMarkSupport::AddFontToArray(ToCFString(row.name).get(), fonts.get(), row.allowDuplicates))
+    const auto name = ToCFString(row.name);
+    EXPECT_EQ(row.added, GlyphMarkSupport::AddFontToArray(name.get(), fonts.get(), row.allowDuplicates))
         << row.name;
+    EXPECT_EQ(row.added, indexed.AddFont(name.get(), row.allowDuplicates)) << row.name;
   }
-  EXPECT_EQ((Names{"FooBold", "Foo-Bold", "\xE5\xB0\x8F"}), FontNamesOf(fonts.get()));
+  EXPECT_EQ((Names{"FooBold", "Foo-Bold", "<%>\xE5\xB0\x8F"}), FontNamesOf(fonts.get()));
   EXPECT_FALSE(GlyphMarkSupport::AddFontToArray(nullptr, fonts.get(), false));
   EXPECT_FALSE(GlyphMarkSupport::AddFontToArray(CFSTR("A"), nullptr, false));
 }
@@ -114,57 +118,61 @@ TEST(FontLookupTest, RemovedEntriesAreNoLongerFoundAndLeaveAtTheEnd) {
   EXPECT_EQ((Names{"Bar", "Foo"}), FontNamesOf(fonts.get()));
 }
 
+struct MergeCase {
+  const char* name;
+  const char* source;
+  const char* destination;
+  std::vector<const char*> expected;
+};
+
+void ExpectMerged(const MergeCase& row, CFArrayRef fonts) {
+  ASSERT_EQ(static_cast<CFIndex>(row.expected.size()), CFArrayGetCount(fonts)) << row.name;
+  for (size_t i = 0; i < row.expected.size(); ++i) {
+    EXPECT_TRUE(
+        CFEqual(ParseFontRecord(row.expected[i]).get(), FontRecord::At(fonts, static_cast<CFIndex>(i))))
+        << row.name << " " << i;
+  }
+}
+
 TEST(FontMergeTest, RecordWithMoreKeysTakesThePlace) {
-  const auto fonts =
-      MakeFontList({MakeFontRecord({{kGM_PostScriptNameKey, "Foo-Bold"}, {kGM_KindKey, "old"}})});
-  GlyphMarkSupport::MergeGlyphmarkDictionaryIntoArray(
-      fonts.get(), MakeFontRecord({{kGM_PostScriptNameKey, "Foo Bold"}, {kGM_KindKey, "new"}}).get());
-  EXPECT_EQ("old", FontValue(FontRecord::At(fonts.get(), 0), kGM_KindKey));
-  GlyphMarkSupport::MergeGlyphmarkDictionaryIntoArray(
-      fonts.get(),
-      MakeFontRecord({{kGM_PostScriptNameKey, "Foo Bold"}, {kGM_KindKey, "new"}, {kGM_VersionKey, "1"}})
-          .get());
-  GlyphMarkSupport::MergeGlyphmarkDictionaryIntoArray(
-      fonts.get(), MakeFontRecord({{kGM_PostScriptNameKey, "Other"}}).get());
-  EXPECT_EQ((Names{"Foo Bold", "Other"}), FontNamesOf(fonts.get()));
+  const MergeCase cases[] = {
+      {"as many keys",
+       "PostScriptName=A B|Version=2",
+       "PostScriptName=A-B|Version=1",
+       {"PostScriptName=A-B|Version=1"}},
+      {"more keys", "PostScriptName=A B|Version=2", "PostScriptName=A-B", {"PostScriptName=A B|Version=2"}},
+      {"unknown", "PostScriptName=B", "PostScriptName=A", {"PostScriptName=A", "PostScriptName=B"}}};
+  for (const MergeCase& row : cases) {
+    const auto fonts = MakeFontList({ParseFontRecord(row.destination)});
+    GlyphMarkSupport::MergeGlyphmarkDictionaryIntoArray(fonts.get(), ParseFontRecord(row.source).get());
+    ExpectMerged(row, fonts.get());
+  }
 }
 
 TEST(FontMergeTest, ArraysMergeByCompletenessAndConflict) {
-  struct Case {
-    const char* name;
-    FontFields source;
-    FontFields destination;
-    std::string kind;
-    std::string version;
-    std::string family;
-  };
-  for (const Case& row :
-       {Case{"adds what is missing",
-             {{kGM_KindKey, "a"}, {kGM_VersionKey, "1"}},
-             {{kGM_KindKey, "A"}, {kGM_FamilyKey, "F"}},
-             "A",
-             "1",
-             "F"},
-        Case{"conflict, more keys win whole",
-             {{kGM_KindKey, "b"}, {kGM_VersionKey, "1"}},
-             {{kGM_KindKey, "a"}},
-             "b",
-             "1",
-             ""},
-        Case{"conflict, as many keys", {{kGM_KindKey, "b"}}, {{kGM_KindKey, "a"}}, "a", "", ""},
-        Case{
-            "nothing new", {{kGM_KindKey, "a"}}, {{kGM_KindKey, "a"}, {kGM_FamilyKey, "F"}}, "a", "", "F"}}) {
-    const auto source = MakeFontRecord(row.source);
-    const auto destination = MakeFontRecord(row.destination);
-    XCFUtils::PutStringIntoDict(source.get(), kGM_PostScriptNameKey, "Foo");
-    XCFUtils::PutStringIntoDict(destination.get(), kGM_PostScriptNameKey, "Foo");
-    const auto fonts = MakeFontList({destination});
-    GlyphMarkSupport::MergeFontsIntoFontsArray(MakeFontList({source}).get(), fonts.get());
-    ASSERT_EQ(1, CFArrayGetCount(fonts.get())) << row.name;
-    const CFDictionaryRef result = FontRecord::At(fonts.get(), 0);
-    EXPECT_EQ(row.kind, FontValue(result, kGM_KindKey)) << row.name;
-    EXPECT_EQ(row.version, FontValue(result, kGM_VersionKey)) << row.name;
-    EXPECT_EQ(row.family, FontValue(result, kGM_FamilyKey)) << row.name;
+  const MergeCase cases[] = {
+      {"adds what is missing",
+       "PostScriptName=A|FontKind=x|Version=1",
+       "PostScriptName=A|FontKind=X|Family=F",
+       {"PostScriptName=A|FontKind=X|Family=F|Version=1"}},
+      {"conflict, more keys win whole",
+       "PostScriptName=A|FontKind=y|Version=1",
+       "PostScriptName=A|FontKind=x",
+       {"PostScriptName=A|FontKind=y|Version=1"}},
+      {"conflict, as many keys",
+       "PostScriptName=A|FontKind=y",
+       "PostScriptName=A|FontKind=x",
+       {"PostScriptName=A|FontKind=x"}},
+      {"another spelling is a conflict",
+       "PostScriptName=A-B|Version=1",
+       "PostScriptName=A B",
+       {"PostScriptName=A-B|Version=1"}},
+      {"nothing new", "PostScriptName=A", "PostScriptName=A|Family=F", {"PostScriptName=A|Family=F"}}};
+  for (const MergeCase& row : cases) {
+    const auto fonts = MakeFontList({ParseFontRecord(row.destination)});
+    GlyphMarkSupport::MergeFontsIntoFontsArray(MakeFontList({ParseFontRecord(row.source)}).get(),
+                                               fonts.get());
+    ExpectMerged(row, fonts.get());
   }
 }
 

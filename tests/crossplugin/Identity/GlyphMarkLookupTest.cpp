@@ -10,38 +10,43 @@ namespace {
 using Names = std::vector<std::string>;
 using IDs = std::vector<unsigned int>;
 
-// A small library as a studio has it: two versions and two foundries of one name, Type 1 beside OpenType, a
-// system copy, a Multiple Master base and a Japanese name.
+struct LibraryFont {
+  const char* record;
+  int16_t state = 1;
+};
+
+// A library as a studio has it; the IDs are the rows' numbers from 1 on.
+const LibraryFont kStudio[] = {
+    {"PostScriptName=Minion-Regular|FontKind=Postscript|Foundry=Adobe|Version=1.0"},     // 1 Type 1
+    {"PostScriptName=Minion-Regular|FontKind=OpenType - PS|Foundry=Adobe|Version=2.0"},  // 2 two versions
+    {"PostScriptName=Minion-Regular|FontKind=OpenType - PS|Foundry=Adobe|Version=3.5"},  // 3
+    {"PostScriptName=Helvetica|FontKind=TrueType|Foundry=Apple|Version=5.0|IsSystem=1",
+     2},                                                                                  // 4 two foundries
+    {"PostScriptName=Helvetica|FontKind=OpenType - TT|Foundry=Linotype|Version=1.0"},     // 5
+    {"PostScriptName=TektonMM|FontKind=PostScript - MM|Foundry=Adobe|Version=1.0"},       // 6
+    {"PostScriptName=\xE5\xB0\x8F\xE5\xA1\x9A|FontKind=OpenType - PS|Foundry=Kozuka"},    // 7
+    {"PostScriptName=OldStyle|FontKind=TrueType|Foundry=Acme|Family=Old Style"},          // 8
+    {"PostScriptName=Optima|FontKind=OpenType|IsSystem=1", 2},                            // 9 system copy
+    {"PostScriptName=Optima|FontKind=TrueType|IsSystem=0", 3},                            // 10 the user's
+    {"PostScriptName=GillSans|FontKind=TrueType|IsVault=0"},                              // 11
+    {"PostScriptName=GillSans|FontKind=TrueType|IsVault=1"},                              // 12 vault copy
+    {"PostScriptName=\xE6\x98\x8E\xE6\x9C\x9D|FontKind=OpenType - PS|Foundry=Morisawa"},  // 13
+};
+
 class GlyphMarkLookupTest : public testing::Test {
  protected:
-  void AddFont(const std::string& name, const std::string& kind, const std::string& foundry,
-               const std::string& version, int16_t state = 1, const std::string& family = "") {
-    manager.AddFont({{kGM_PostScriptNameKey, name},
-                     {kGM_KindKey, kind},
-                     {kGM_FoundryKey, foundry},
-                     {kGM_VersionKey, version},
-                     {kGM_FamilyKey, family}},
-                    state);
-  }
   void AddStudio() {
-    AddFont("Minion-Regular", "Postscript", "Adobe", "1.0");                // 1
-    AddFont("Minion-Regular", "OpenType - PS", "Adobe", "2.0");             // 2
-    AddFont("Minion-Regular", "OpenType - PS", "Adobe", "3.5");             // 3
-    AddFont("Helvetica", "TrueType", "Apple", "5.0", 2);                    // 4
-    AddFont("Helvetica", "OpenType - TT", "Linotype", "1.0");               // 5
-    AddFont("TektonMM", "PostScript - MM", "Adobe", "1.0");                 // 6
-    AddFont("\xE5\xB0\x8F\xE5\xA1\x9A", "OpenType - PS", "Kozuka", "6.0");  // 7
-    AddFont("OldStyle", "TrueType", "Acme", "1.0", 1, "Old Style");         // 8
+    for (const LibraryFont& font : kStudio) manager.AddFont(ParseFontRecord(font.record), font.state);
   }
 
-  int Lookup(FontFields fields, TypeOfFontName type = TypeOfFontName::kPostScriptName) {
+  int Lookup(const std::string& record, TypeOfFontName type = TypeOfFontName::kPostScriptName) {
     CFArrayRef data = MakeArray().leakRef();
     const int status =
-        manager.GetGlyphMarkData(MakeFontRecord(fields).get(), type, excludedRemote, -2, &data);
+        manager.GetGlyphMarkData(ParseFontRecord(record).get(), type, excludedRemote, -2, &data);
     result = adoptCF(data);
     return status;
   }
-  int LookupName(const std::string& name) { return Lookup({{kGM_PostScriptNameKey, name}}); }
+  int LookupName(const std::string& name) { return Lookup("PostScriptName=" + name); }
 
   int Append(const RetainPtr<CFMutableArrayRef>& fonts, bool excludeInactive, bool allInfo,
              bool families = false) {
@@ -49,7 +54,7 @@ class GlyphMarkLookupTest : public testing::Test {
   }
 
   static RetainPtr<CFMutableDictionaryRef> Named(const std::string& name) {
-    return MakeFontRecord({{kGM_PostScriptNameKey, name}});
+    return ParseFontRecord("PostScriptName=" + name);
   }
 
   FakeFontManager manager;
@@ -60,31 +65,27 @@ class GlyphMarkLookupTest : public testing::Test {
 
 TEST_F(GlyphMarkLookupTest, BestCandidateFirst) {
   AddStudio();
-  struct Case {
-    const char* name;
-    FontFields request;
-    IDs expected;
-  };
-  for (const Case& row : {Case{"newest OpenType", {{kGM_PostScriptNameKey, "Minion-Regular"}}, {3, 2, 1}},
-                          Case{"kind as requested",
-                               {{kGM_PostScriptNameKey, "Minion-Regular"}, {kGM_KindKey, "Postscript"}},
-                               {1, 3, 2}},
-                          Case{"active before all",
-                               {{kGM_PostScriptNameKey, "Helvetica"}, {kGM_FoundryKey, "Linotype"}},
-                               {4, 5}},
-                          Case{"one candidate", {{kGM_PostScriptNameKey, "\xE5\xB0\x8F\xE5\xA1\x9A"}}, {7}},
-                          Case{"unknown", {{kGM_PostScriptNameKey, "Garamond"}}, {}}}) {
-    EXPECT_EQ(0, Lookup(row.request)) << row.name;
-    EXPECT_EQ(row.expected, FontIDsOf(result.get())) << row.name;
+  const std::vector<std::pair<const char*, IDs>> cases = {
+      {"PostScriptName=Minion-Regular", {3, 2, 1}},
+      {"PostScriptName=Minion-Regular|FontKind=Postscript", {1, 3, 2}},
+      {"PostScriptName=Helvetica|Foundry=Linotype", {4, 5}},  // active before all
+      {"PostScriptName=Optima", {10, 9}},
+      {"PostScriptName=GillSans", {12, 11}},
+      {"PostScriptName=\xE5\xB0\x8F\xE5\xA1\x9A", {7}},
+      {"PostScriptName=Garamond", {}}};
+  for (const auto& [request, expected] : cases) {
+    EXPECT_EQ(0, Lookup(request)) << request;
+    EXPECT_EQ(expected, FontIDsOf(result.get())) << request;
   }
 }
 
 TEST_F(GlyphMarkLookupTest, ResultTellsTheStateAsItIs) {
-  for (int16_t state : {0, 1, 2, 3}) AddFont("F" + std::to_string(state), "TrueType", "A", "1", state);
   const char* active[] = {"0", "0", "1", "1"};
   const char* temporary[] = {"0", "0", "0", "1"};
-  for (int state = 0; state < 4; ++state) {
-    EXPECT_EQ(0, LookupName("F" + std::to_string(state)));
+  for (int16_t state = 0; state < 4; ++state) {
+    const std::string name = "F" + std::to_string(state);
+    manager.AddFont(Named(name), state);
+    EXPECT_EQ(0, LookupName(name));
     const CFDictionaryRef font = FontRecord::At(result.get(), 0);
     EXPECT_EQ(active[state], FontValue(font, kGM_IsActiveKey));
     EXPECT_EQ(temporary[state], FontValue(font, kGM_IsTempKey));
@@ -99,29 +100,29 @@ TEST_F(GlyphMarkLookupTest, FormsOfTheNameAreTriedInOrder) {
     IDs expected;
     Names lookups;
   };
-  for (const Case& row :
-       {Case{"ABCDEF+OldStyle", {8}, {"ps:ABCDEF+OldStyle", "ps:ABCDEFOldStyle", "ps:OldStyle"}},
-        Case{"Old_Style#12", {8}, {"ps:Old_Style#12", "ps:OldStyle"}},
-        Case{"Old-Style-Bold", {8}, {"ps:Old-Style-Bold", "ps:OldStyle"}},
-        Case{"Old-Style-X(Y)", {8}, {"ps:Old-Style-X(Y)", "ps:OldStyle"}},
-        Case{"ABC+Old-Style#1x",
-             {},
-             {"ps:ABC+Old-Style#1x", "ps:ABCOldStylex", "ps:Old-Style#1x", "family:Old-Style#1x",
-              "family:Old Style#1x", "ps:Old", "family:Old", "family:Old"}},
-        Case{"--", {}, {"ps:--", "ps:-", "family:-", "family: "}}}) {
+  const Case cases[] = {
+      {"ABCDEF+OldStyle", {8}, {"ps:ABCDEF+OldStyle", "ps:ABCDEFOldStyle", "ps:OldStyle"}},
+      {"Old-Style-X#12", {8}, {"ps:Old-Style-X#12", "ps:OldStyle"}},
+      {"Old-Style_Q",
+       {8},
+       {"ps:Old-Style_Q", "ps:OldStyleQ", "ps:Old-Style", "family:Old-Style", "family:Old Style"}},
+      {"TektonMM_24_RG",
+       {6},
+       {"ps:TektonMM_24_RG", "ps:TektonMM24RG", "ps:TektonMM_24", "family:TektonMM_24", "family:TektonMM_24",
+        "ps:TektonMM"}},
+      {"\xE6\x98\x8E(V)",
+       {},
+       {"ps:\xE6\x98\x8E(V)", "ps:V", "ps:\xE6\x98\x8E(V", "family:\xE6\x98\x8E(V", "family:\xE6\x98\x8E(V",
+        "ps:\xE6\x98\x8E", "family:\xE6\x98\x8E", "family:\xE6\x98\x8E"}},
+      {"\xE6\x98\x8E", {}, {"ps:\xE6\x98\x8E"}},
+      {"--", {}, {"ps:--", "ps:-", "family:-", "family: "}}};
+  for (const Case& row : cases) {
     manager.lookups.clear();
     LookupName(row.name);
     EXPECT_EQ(row.expected, FontIDsOf(result.get())) << row.name;
     EXPECT_EQ(row.lookups, manager.lookups) << row.name;
   }
-}
-
-TEST_F(GlyphMarkLookupTest, FamilyIsFoundWithBlanksForHyphens) {
-  AddStudio();
-  EXPECT_EQ(0, LookupName("Old-Style_Q"));
-  EXPECT_EQ((IDs{8}), FontIDsOf(result.get()));
-  EXPECT_EQ("family:Old Style", manager.lookups.back());
-  EXPECT_EQ(0, Lookup({{kGM_FamilyKey, "Old Style"}}, TypeOfFontName::kFamilyName));
+  EXPECT_EQ(0, Lookup("Family=Old Style", TypeOfFontName::kFamilyName));
   EXPECT_EQ((IDs{8}), FontIDsOf(result.get()));
 }
 
@@ -130,11 +131,11 @@ TEST_F(GlyphMarkLookupTest, UnusableRequestsAskNobody) {
   CFArrayRef none = nullptr;
   EXPECT_EQ(-1, manager.GetGlyphMarkData(Named("OldStyle").get(), TypeOfFontName::kPostScriptName,
                                          excludedRemote, 0, &none));
-  EXPECT_EQ(-1, Lookup({}));
+  EXPECT_EQ(-1, Lookup(""));
   EXPECT_EQ(-1, LookupName(""));
   EXPECT_EQ(-1, LookupName(std::string(128, 'x')));
   EXPECT_EQ(-1, LookupName(std::string("Old\0Style", 9)));
-  EXPECT_EQ(-1, Lookup({{kGM_PostScriptNameKey, "OldStyle"}}, static_cast<TypeOfFontName>(2)));
+  EXPECT_EQ(-1, Lookup("PostScriptName=OldStyle", static_cast<TypeOfFontName>(2)));
   EXPECT_EQ(-50, manager.GetGlyphMarkDataForFontName(nullptr, TypeOfFontName::kPostScriptName, excludedRemote,
                                                      0, &none));
   EXPECT_EQ(-50, manager.GetGlyphMarkDataForFontName("A", TypeOfFontName::kPostScriptName, excludedRemote, 0,
@@ -144,24 +145,27 @@ TEST_F(GlyphMarkLookupTest, UnusableRequestsAskNobody) {
 }
 
 TEST_F(GlyphMarkLookupTest, DamagedCandidatesAreSkipped) {
-  for (int i = 0; i < 8; ++i) AddFont("Foo", "TrueType", "A", std::to_string(10 - i));
+  for (int i = 10; i > 0; --i)
+    manager.AddFont(ParseFontRecord("PostScriptName=Foo|Version=" + std::to_string(i)));
+  const std::string head = "<plist version=\"1.0\"><array>";
+  const std::string tail = "</array></plist>";
   manager.namedFontStatus[1] = -1;
   manager.glyphMarkStatus[2] = 5;
-  manager.glyphMarkText[3] = "";
-  manager.glyphMarkText[4] = "not a list";
-  manager.glyphMarkText[5] = "<plist version=\"1.0\"><array><string>x</string></array></plist>";
-  manager.glyphMarkText[6] = "<plist version=\"1.0\"><dict/></plist>";
-  manager.glyphMarkText[7] =
-      "<plist "
-      "version=\"1.0\"><array><dict><key>PostScriptName</key><integer>5</integer></dict><true/></array></"
-      "plist>";
+  manager.glyphMarkText = {
+      {3, ""},
+      {4, "not a list"},
+      {5, head + "<string>x</string>" + tail},
+      {6, "<plist version=\"1.0\"><dict/></plist>"},
+      {7, head + "<dict><key>PostScriptName</key><integer>5</integer></dict><true/>" + tail},
+      {8, head + "<dict><key>PostScriptName</key><string>\xFF</string></dict>" + tail},
+      {9, std::string(70'000, 'x')}};
   EXPECT_EQ(0, LookupName("Foo"));
-  EXPECT_EQ((IDs{8, 7}), FontIDsOf(result.get()));
+  EXPECT_EQ((IDs{10, 7}), FontIDsOf(result.get()));
   EXPECT_EQ(1, manager.endedWalks);
 }
 
 TEST_F(GlyphMarkLookupTest, AgentGoneKeepsWhatWasFoundAndEndsTheSearch) {
-  for (int i = 0; i < 3; ++i) AddFont("Foo", "TrueType", "A", "1");
+  for (int i = 0; i < 3; ++i) manager.AddFont(Named("Foo"));
   manager.namedFontStatus[2] = kErrorHornbeamNotRunning;
   EXPECT_EQ(kErrorHornbeamNotRunning, LookupName("Foo"));
   EXPECT_EQ((IDs{1}), FontIDsOf(result.get()));
@@ -200,39 +204,20 @@ TEST_F(GlyphMarkLookupTest, OneCandidateIsNotCompared) {
   EXPECT_GT(library.CountCalls("GetFontIsActivated"), 0);
 }
 
-TEST_F(GlyphMarkLookupTest, BestMatchIsACopyOfTheFirst) {
-  AddStudio();
-  CFMutableDictionaryRef best = nullptr;
-  EXPECT_EQ(0, GlyphMarkSupport::GetGlyphMarkDataForBestMatch(Named("Minion-Regular").get(), -2, &best));
-  const auto owned = adoptCF(best);
-  EXPECT_EQ("3.5", FontValue(best, kGM_VersionKey));
-  CFMutableDictionaryRef none = nullptr;
-  EXPECT_EQ(0, GlyphMarkSupport::GetGlyphMarkDataForBestMatch(Named("Nobody").get(), -2, &none));
-  EXPECT_EQ(-50, GlyphMarkSupport::GetGlyphMarkDataForBestMatch(nullptr, -2, &none));
-  EXPECT_EQ(nullptr, none);
-}
-
 TEST_F(GlyphMarkLookupTest, FillingGivesTrueNamesAndKeepsTheUnknown) {
   AddStudio();
-  const auto fonts =
-      MakeFontList({Named("ABC+OldStyle"), Named("Nobody"), Named("Helvetica"), Named("Minion-Regular")});
+  manager.glyphMarkText[8] = "<plist version=\"1.0\"><array><dict/></array></plist>";
+  const auto fonts = MakeFontList({Named("ABC+GillSans"), Named("Nobody"), Named("GillSans"),
+                                   Named("Gill_Sans"), Named("OldStyle"), Named("Optima")});
   CFArrayInsertValueAtIndex(fonts.get(), 0, CFSTR("no record"));
   const auto marker = MakeDictionary();
   CFDictionarySetValue(marker.get(), kGM_EmbeddedFonts, MakeArray().get());
   CFArrayAppendValue(fonts.get(), marker.get());
   EXPECT_EQ(0, Append(fonts, false, true));
-  EXPECT_EQ((Names{"-", "Nobody", "Helvetica", "Minion-Regular", "-", "OldStyle"}), FontNamesOf(fonts.get()));
-  EXPECT_EQ("5.0", FontValue(FontRecord::At(fonts.get(), 2), kGM_VersionKey));
-  EXPECT_NE("", FontValue(FontRecord::At(fonts.get(), 2), kGM_DatabaseIDKey));
+  EXPECT_EQ((Names{"-", "Nobody", "GillSans", "OldStyle", "Optima", "-"}), FontNamesOf(fonts.get()));
+  EXPECT_EQ((IDs{0, 0, 12, 0, 10, 0}), FontIDsOf(fonts.get()));
   EXPECT_EQ(0, Append(fonts, false, false));
-  EXPECT_EQ("", FontValue(FontRecord::At(fonts.get(), 2), kGM_DatabaseIDKey)) << "no slug stores it";
-}
-
-TEST_F(GlyphMarkLookupTest, TwoNamesOfOneFontBecomeOneEntry) {
-  AddStudio();
-  const auto fonts = MakeFontList({Named("ABC+OldStyle"), Named("OldStyle"), Named("Old_Style#1")});
-  EXPECT_EQ(0, Append(fonts, false, true));
-  EXPECT_EQ((Names{"OldStyle"}), FontNamesOf(fonts.get()));
+  EXPECT_EQ((IDs{0, 0, 0, 0, 0, 0}), FontIDsOf(fonts.get())) << "no slug stores an ID";
 }
 
 TEST_F(GlyphMarkLookupTest, InactiveFontsGoWhenAskedTo) {
@@ -244,17 +229,14 @@ TEST_F(GlyphMarkLookupTest, InactiveFontsGoWhenAskedTo) {
 }
 
 TEST_F(GlyphMarkLookupTest, FamilySearchWhereTheNameFindsNothing) {
-  AddFont("Foo-Real", "TrueType", "A", "1", 2, "Foo");
-  AddFont("Foo-Also", "TrueType", "A", "1", 3, "Foo");
-  const auto entry = Named("Foo=Bold-It");
-  const auto known = Named("Bar");
-  XCFUtils::PutStringIntoDict(known.get(), kGM_FamilyKey, "Foo");
-  const auto fonts = MakeFontList({known});
+  manager.AddFont(ParseFontRecord("PostScriptName=Foo-Real|Family=Foo"), 2);
+  manager.AddFont(ParseFontRecord("PostScriptName=Foo-Also|Family=Foo"), 3);
+  const auto fonts = MakeFontList({ParseFontRecord("PostScriptName=Bar|Family=Foo")});
   EXPECT_EQ(0, Append(fonts, true, true, true));
   EXPECT_EQ((Names{"Foo-Real", "Foo-Also"}), FontNamesOf(fonts.get()));
-  const auto guessed = MakeFontList({entry});
-  Append(guessed, true, true, true);
-  EXPECT_EQ("Foo=Bold", FontValue(entry.get(), kGM_FamilyKey));
+  const auto guessed = Named("Foo=Bold-It");
+  Append(MakeFontList({guessed}), true, true, true);
+  EXPECT_EQ("Foo=Bold", FontValue(guessed.get(), kGM_FamilyKey));
   const auto unasked = Named("Bar");
   Append(MakeFontList({unasked}), false, true, true);
   EXPECT_EQ("", FontValue(unasked.get(), kGM_FamilyKey)) << "only when inactive fonts are left out";
@@ -266,6 +248,9 @@ TEST_F(GlyphMarkLookupTest, FillingReportsAndStopsAsTold) {
   manager.countStatus["Gone"] = kErrorHornbeamNotRunning;
   EXPECT_EQ(kErrorHornbeamNotRunning, Append(fonts, false, true));
   EXPECT_EQ((Names{"ps:OldStyle", "ps:Gone"}), manager.lookups);
+  manager.lookups.clear();
+  EXPECT_EQ(kErrorHornbeamNotRunning, Append(MakeFontList({Named("Gone")}), true, true, true));
+  EXPECT_EQ((Names{"ps:Gone", "family:Gone"}), manager.lookups);
   manager.countStatus["Gone"] = 7;
   EXPECT_EQ(0, Append(fonts, false, true)) << "the code of the last lookup, which is that of the first entry";
   EXPECT_EQ(-50, GlyphMarkSupport::AppendGlyphMarkDataToFonts(nullptr, -2, false, true, false));
@@ -278,12 +263,9 @@ TEST_F(GlyphMarkLookupTest, FillingReportsAndStopsAsTold) {
 
 TEST_F(GlyphMarkLookupTest, CachedActiveFontCostsNoLookup) {
   AddStudio();
-  const auto cached = MakeFontRecord(
-      {{kGM_PostScriptNameKey, "Helvetica"}, {kGM_ActivationStateKey, "2"}, {kGM_DatabaseIDKey, "4"}});
-  FontOrSetInfoRec rec;
-  rec.fontInfo = cached.get();
+  const auto cached = ParseFontRecord("PostScriptName=Helvetica|ActivationStatus=2|DatabaseID=4");
   auto& entries = FontDataPreviouslyGottenFromDatabase::EntriesForTesting();
-  entries[4] = rec;
+  entries[4] = {.fontInfo = cached.get()};
   const auto fonts = MakeFontList({Named("Helvetica")});
   EXPECT_EQ(0, Append(fonts, true, true));
   EXPECT_EQ(Names{}, manager.lookups);

@@ -59,74 +59,61 @@ TEST(GlyphMarkSlugTest, BadArgumentsAndLists) {
 }
 
 TEST(GlyphMarkSlugTest, OnlyTenKeysAreStored) {
-  int sluggable = 0;
+  const auto record = MakeDictionary();
   for (CFStringRef key : GlyphMarkSupport::kAllGlyphMarkCFKeys) {
-    if (GlyphMarkSupport::IsSluggableKey(key)) ++sluggable;
+    if (key) XCFUtils::PutStringIntoDict(record.get(), key, "x");
   }
-  EXPECT_EQ(10, sluggable);
-  EXPECT_EQ(nullptr, GlyphMarkSupport::kAllGlyphMarkCFKeys.back());
-
-  const auto record =
-      MakeFontRecord({{kGM_PostScriptNameKey, "A"}, {kGM_PathKey, "/a"}, {kGM_FamilyKey, "F"}});
+  CFDictionarySetValue(record.get(), kCFBooleanTrue, CFSTR("x"));
   const auto fonts = MakeArray();
   CFArrayAppendValue(fonts.get(), kCFBooleanTrue);
   CFArrayAppendValue(fonts.get(), adoptCF(CFDictionaryCreateCopy(nullptr, record.get())).get());
   EXPECT_TRUE(GlyphMarkSupport::RemoveUnsluggableGlyphMarkKeys(fonts.get()));
-  EXPECT_EQ(2, CFDictionaryGetCount(FontRecord::At(fonts.get(), 1)));
+  EXPECT_TRUE(CFEqual(ParseFontRecord("PostScriptName=x|FontKind=x|Foundry=x|Version=x|KerningChecksum=x|"
+                                      "Checksum=x|GlyphMark_1.2_Checksum=x|OutlineFileSize=x|"
+                                      "OutlineFileName=x|Family=x")
+                          .get(),
+                      FontRecord::At(fonts.get(), 1)));
   EXPECT_FALSE(GlyphMarkSupport::RemoveUnsluggableGlyphMarkKeys(fonts.get()));
   EXPECT_FALSE(GlyphMarkSupport::RemoveUnsluggableKeysFromDictionary(nullptr));
 }
 
-struct RepairCase {
-  CFStringRef key;
-  const char* before;
-  const char* after;
-};
-
 TEST(GlyphMarkRepairTest, ValuesOfTheOlderFontManager) {
-  FakeFontManager manager;
-  for (const RepairCase& row :
-       {RepairCase{kGM_KindKey, "ps pair", "Postscript"}, RepairCase{kGM_KindKey, "PS MM", "PostScript - MM"},
-        RepairCase{kGM_KindKey, "OpenType (TT)", "OpenType - TT"},
-        RepairCase{kGM_KindKey, "opentype (PS)", "OpenType - PS"},
-        RepairCase{kGM_KindKey, "DFONT", "TrueType"}, RepairCase{kGM_KindKey, "TrueType", "TrueType"},
-        RepairCase{kGM_FoundryKey, "unknown", "--"}, RepairCase{kGM_FoundryKey, "UNKNOWN", "--"},
-        RepairCase{kGM_FoundryKey, "acme type", "Acme Type"},
-        RepairCase{kGM_FoundryKey, "ACME type", "ACME type"}, RepairCase{kGM_FoundryKey, "", ""},
-        RepairCase{kGM_KerningChecksumKey, "1048575", "1048575"},
-        RepairCase{kGM_KerningChecksumKey, "1048576", "0"}, RepairCase{kGM_KerningChecksumKey, "-1", "0"},
-        RepairCase{kGM_KerningChecksumKey, "99999999999999999999", "0"},
-        RepairCase{kGM_KerningChecksumKey, "abc", "abc"}}) {
-    const auto record = MakeFontRecord({{row.key, row.before}});
-    EXPECT_EQ(std::string(row.before) != row.after,
-              GlyphMarkSupport::PostProcessSingleFontForSlug(record.get()))
-        << row.before;
-    EXPECT_EQ(row.after, FontValue(record.get(), row.key));
-  }
-}
-
-TEST(GlyphMarkRepairTest, MissingChecksumComesFromThe12One) {
-  struct Case {
-    FontFields fields;
-    std::string checksum;
-  };
-  for (const Case& row : {Case{{{kGM_ChecksumKey, "0"}, {kGM_GlyphMark_1_2_Key, "123"}}, "123"},
-                          Case{{{kGM_ChecksumKey, ""}, {kGM_GlyphMark_1_2_Key, "123"}}, "123"},
-                          Case{{{kGM_GlyphMark_1_2_Key, "123"}}, "123"},
-                          Case{{{kGM_ChecksumKey, "5"}, {kGM_GlyphMark_1_2_Key, "123"}}, "5"},
-                          Case{{{kGM_ChecksumKey, "0"}, {kGM_GlyphMark_1_2_Key, "0"}}, "0"}}) {
-    const auto record = MakeFontRecord(row.fields);
-    GlyphMarkSupport::FixGlyphMarkChecksumsIfNeeded(record.get());
-    EXPECT_EQ(row.checksum, FontValue(record.get(), kGM_ChecksumKey));
+  const FakeFontManager manager;
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"FontKind=ps pair", "FontKind=Postscript"},
+      {"FontKind=PS MM", "FontKind=PostScript - MM"},
+      {"FontKind=OpenType (TT)", "FontKind=OpenType - TT"},
+      {"FontKind=opentype (PS)", "FontKind=OpenType - PS"},
+      {"FontKind=DFONT", "FontKind=TrueType"},
+      {"FontKind=truetype", "FontKind=truetype"},
+      {"Foundry=UNKNOWN", "Foundry=--"},
+      {"Foundry=acme type", "Foundry=Acme Type"},
+      {"Foundry=ACME type", "Foundry=ACME type"},
+      {"Foundry=", "Foundry="},
+      {"KerningChecksum=1048575", "KerningChecksum=1048575"},
+      {"KerningChecksum=1048576", "KerningChecksum=0"},
+      {"KerningChecksum=-1", "KerningChecksum=0"},
+      {"KerningChecksum=99999999999999999999", "KerningChecksum=0"},
+      {"KerningChecksum=abc", "KerningChecksum=abc"},
+      {"Checksum=0|GlyphMark_1.2_Checksum=123", "Checksum=123|GlyphMark_1.2_Checksum=123"},
+      {"Checksum=|GlyphMark_1.2_Checksum=123", "Checksum=123|GlyphMark_1.2_Checksum=123"},
+      {"GlyphMark_1.2_Checksum=123", "Checksum=123|GlyphMark_1.2_Checksum=123"},
+      {"Checksum=5|GlyphMark_1.2_Checksum=123", "Checksum=5|GlyphMark_1.2_Checksum=123"},
+      {"Checksum=|GlyphMark_1.2_Checksum=0", "Checksum=|GlyphMark_1.2_Checksum=0"}};
+  for (const auto& [before, after] : cases) {
+    const auto record = ParseFontRecord(before);
+    EXPECT_EQ(std::string(before) != after, GlyphMarkSupport::PostProcessSingleFontForSlug(record.get()))
+        << before;
+    EXPECT_TRUE(CFEqual(ParseFontRecord(after).get(), record.get())) << before;
   }
 }
 
 TEST(GlyphMarkRepairTest, NeedsAFontManagerAndARecord) {
-  const auto fonts = MakeFontList({MakeFontRecord({{kGM_KindKey, "DFont"}})});
+  const auto fonts = MakeFontList({ParseFontRecord("FontKind=DFont")});
   CFArrayAppendValue(fonts.get(), CFSTR("no record"));
   GlyphMarkSupport::PostProcessGlyphMarkSlug(fonts.get());
   EXPECT_EQ("DFont", FontValue(FontRecord::At(fonts.get(), 0), kGM_KindKey));
-  FakeFontManager manager;
+  const FakeFontManager manager;
   GlyphMarkSupport::PostProcessGlyphMarkSlug(fonts.get());
   EXPECT_EQ("TrueType", FontValue(FontRecord::At(fonts.get(), 0), kGM_KindKey));
   EXPECT_FALSE(GlyphMarkSupport::PostProcessSingleFontForSlug(nullptr));
@@ -136,31 +123,25 @@ TEST(GlyphMarkRepairTest, NeedsAFontManagerAndARecord) {
 TEST(ActiveFontCacheTest, LowestActiveFontOfTheNameAnswers) {
   std::vector<RetainPtr<CFMutableDictionaryRef>> records;
   auto& entries = FontDataPreviouslyGottenFromDatabase::EntriesForTesting();
-  const auto add = [&](unsigned int fontID, const char* name, const char* state, int32_t kind = 0) {
-    records.push_back(MakeFontRecord({{kGM_PostScriptNameKey, name}}));
-    if (state) XCFUtils::PutStringIntoDict(records.back().get(), kGM_ActivationStateKey, state);
-    FontOrSetInfoRec rec;
-    rec.kind = kind;
-    rec.databaseID = fontID;
-    rec.fontInfo = records.back().get();
-    entries[fontID] = rec;
+  const auto add = [&](unsigned int fontID, const char* record, int32_t kind = FontOrSetInfoRec::kKindFont) {
+    records.push_back(ParseFontRecord(record));
+    entries[fontID] = {.kind = kind, .databaseID = fontID, .fontInfo = records.back().get()};
   };
-  CFMutableDictionaryRef font = nullptr;
-  unsigned int fontID = 0;
-  const auto ask = [&](const char* name) {
+  const auto ask = [](const char* name) {
+    CFMutableDictionaryRef font = nullptr;
+    unsigned int fontID = 0;
     const bool found =
         FontDataPreviouslyGottenFromDatabase::CreateCopyOfGlyphmarkDataForActiveFont(name, font, fontID);
-    if (found) CFRelease(font);
-    return found ? fontID : 0u;
+    EXPECT_EQ(found, adoptCF(font) && fontID != 0);
+    return fontID;
   };
+  add(1, "PostScriptName=Foo|ActivationStatus=2", FontOrSetInfoRec::kKindSet);
+  add(2, "PostScriptName=Foo|ActivationStatus=1");
+  add(3, "PostScriptName=Foo");
+  add(4, "PostScriptName=foo|ActivationStatus=2");
   EXPECT_EQ(0u, ask("Foo"));
-  add(1, "Foo", "2", FontOrSetInfoRec::kKindSet);
-  add(2, "Foo", "1");
-  add(3, "Foo", nullptr);
-  add(4, "foo", "2");
-  EXPECT_EQ(0u, ask("Foo"));
-  add(9, "Foo", "2");
-  add(7, "Foo", "3");
+  add(9, "PostScriptName=Foo|ActivationStatus=2");
+  add(7, "PostScriptName=Foo|ActivationStatus=3");
   EXPECT_EQ(7u, ask("Foo"));
   entries.clear();
 }

@@ -69,12 +69,13 @@ int FillEntry(CFMutableArrayRef fonts, CFIndex position, const Search& search, I
       GlyphMarkSupport::GetGlyphMarkDataForBestMatch(entry.get(), search.workgroupID, &outBest);
   const RetainPtr<CFMutableDictionaryRef> best = adoptCF(outBest);
   if (!best) {
-    const bool mayTryFamily =
-        search.tryFamilyNames && search.excludeInactiveFonts && status != kErrorHornbeamNotRunning;
+    const bool mayTryFamily = search.tryFamilyNames && search.excludeInactiveFonts;
     return mayTryFamily ? MergeFontsOfFamily(entry.get(), name, search.workgroupID, array) : status;
   }
+  CFStringRef bestName = FontRecord::GetPostScriptName(best.get());
+  if (!bestName) return status;  // Damaged: the entry's own name is the better one.
   // The font's true name takes the place of the one that was asked for.
-  if (XCFUtils::GetStringFromDict(best.get(), kGM_PostScriptNameKey) != name) array.Remove(position);
+  if (ToStdString(bestName) != name) array.Remove(position);
   array.MergeRecord(best.get());
   return status;
 }

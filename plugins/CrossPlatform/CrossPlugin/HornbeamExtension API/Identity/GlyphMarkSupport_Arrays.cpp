@@ -30,17 +30,6 @@ std::vector<NameAt> GetNames(CFArrayRef fonts) {
   return names;
 }
 
-// One walk for one match level: the first name whose form is the wanted one's.
-template <typename Form>
-bool FindForm(const std::vector<NameAt>& names, const std::string& wanted, Form formOf, long* outIndex) {
-  const std::string wantedForm = formOf(wanted);
-  const auto found = std::find_if(names.begin(), names.end(),
-                                  [&](const NameAt& entry) { return formOf(entry.name) == wantedForm; });
-  if (found == names.end()) return false;
-  if (outIndex) *outIndex = static_cast<long>(found->index);
-  return true;
-}
-
 }  // namespace
 
 bool GlyphMarkSupport::DoesArrayContainFontWithPostScriptName(CFArrayRef fonts, CFStringRef name,
@@ -48,15 +37,16 @@ bool GlyphMarkSupport::DoesArrayContainFontWithPostScriptName(CFArrayRef fonts, 
   if (!fonts || !name) return false;
   const std::string wanted = ToStdString(name);
   const std::vector<NameAt> names = GetNames(fonts);
-  const auto identical = [](const std::string& text) -> const std::string& { return text; };
-  const auto stripped = [](const std::string& text) {
-    return GFontToolUtils_StripCharsAndNormalizeString(text, false);
-  };
-  const auto strippedSpecials = [](const std::string& text) {
-    return GFontToolUtils_StripCharsAndNormalizeString(text, true);
-  };
-  return FindForm(names, wanted, identical, outIndex) || FindForm(names, wanted, stripped, outIndex) ||
-         FindForm(names, wanted, strippedSpecials, outIndex);
+  for (EMatchLevel level :
+       {EMatchLevel::kIdentical, EMatchLevel::kStripped, EMatchLevel::kStrippedSpecials}) {
+    const auto found = std::find_if(names.begin(), names.end(), [&](const NameAt& entry) {
+      return GFontToolUtils_DoPostScriptNamesMatch(entry.name, wanted, level);
+    });
+    if (found == names.end()) continue;
+    if (outIndex) *outIndex = static_cast<long>(found->index);
+    return true;
+  }
+  return false;
 }
 
 bool GlyphMarkSupport::AddFontToArray(CFStringRef postScriptName, CFMutableArrayRef fonts,

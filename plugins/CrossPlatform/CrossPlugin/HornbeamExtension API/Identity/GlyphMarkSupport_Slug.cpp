@@ -57,10 +57,9 @@ bool GlyphMarkSupport::RemoveUnsluggableKeysFromDictionary(CFMutableDictionaryRe
   if (!font) return false;
   std::vector<const void*> keys(static_cast<size_t>(CFDictionaryGetCount(font)));
   CFDictionaryGetKeysAndValues(font, keys.data(), nullptr);
-  std::vector<RetainPtr<CFStringRef>> unsluggable;
+  std::vector<RetainPtr<CFTypeRef>> unsluggable;
   for (const void* key : keys) {
-    auto text = dynamicCF<CFStringRef>(key);
-    if (!IsSluggableKey(text)) unsluggable.push_back(retainCF(text));
+    if (!IsSluggableKey(dynamicCF<CFStringRef>(key))) unsluggable.push_back(retainCF(key));
   }
   for (const auto& key : unsluggable) CFDictionaryRemoveValue(font, key.get());
   return !unsluggable.empty();

@@ -30,6 +30,10 @@ std::optional<CFIndex> IndexedFontArray::Find(CFStringRef name) const {
 }
 
 bool IndexedFontArray::AddFont(CFStringRef postScriptName, bool allowDuplicates) {
+  if (!postScriptName) {
+    OutputIndentedAndFormattedString(0, "*** ERROR:  NULL cfPostScriptName passed to AddFontToArray");
+    return false;
+  }
   const RetainPtr<CFStringRef> name =
       adoptCF(CreateStringStrippingIllegalCharsInPostScriptName(postScriptName));
   if (!name || (!allowDuplicates && Find(name.get()))) return false;
