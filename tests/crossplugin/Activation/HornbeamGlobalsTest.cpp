@@ -29,16 +29,6 @@ TEST_F(HornbeamGlobalsTest, ServicesNeedLoginAndWorkgroups) {
   }
 }
 
-TEST_F(HornbeamGlobalsTest, EitherReplicationCounts) {
-  HornbeamGlobals::SetIncrementalReplicationRunning(true);
-  EXPECT_TRUE(HornbeamGlobals::ReplicationRunning());
-  HornbeamGlobals::SetBulkReplicationRunning(true);
-  HornbeamGlobals::SetIncrementalReplicationRunning(false);
-  EXPECT_TRUE(HornbeamGlobals::ReplicationRunning());
-  HornbeamGlobals::SetBulkReplicationRunning(false);
-  EXPECT_FALSE(HornbeamGlobals::ReplicationRunning());
-}
-
 TEST_F(HornbeamGlobalsTest, HostCodeDecidesTypeAndCategory) {
   struct Case {
     const char* hostApp;
@@ -77,13 +67,6 @@ TEST_F(HornbeamGlobalsTest, DocumentFontsGoToTheLibraryUnderTheHostsName) {
   HornbeamGlobals::IdentifyPluginHostApp(CFSTR("InDesign"));
   HornbeamGlobals::SaveDocumentFonts("/d/a.indd", MakeArray().get());
   EXPECT_EQ("SaveDocumentFonts('/d/a.indd', 'Fake Host', 'id', *)", library.LastCall("SaveDocumentFonts"));
-}
-
-TEST_F(HornbeamGlobalsTest, RefreshCallsBackTwice) {
-  int calls = 0;
-  HornbeamGlobals::RefreshActiveFontList([](void* context) { ++*static_cast<int*>(context); }, &calls);
-  HornbeamGlobals::RefreshActiveFontList(nullptr, nullptr);
-  EXPECT_EQ(2, calls);
 }
 
 TEST_F(HornbeamGlobalsTest, ShutdownDropsTheSharedObjectsAndTheIdentity) {
