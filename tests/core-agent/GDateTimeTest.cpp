@@ -30,9 +30,3 @@ TEST(GDateTime, ReadsAndWritesISO8601) {
   }
   EXPECT_EQ(GDateTime(std::string("2020-1-2")).GetAsISO8601String(false), "2020-01-02");
 }
-
-TEST(GDateTime, IsEmptyOnlyWithoutAnyField) {
-  EXPECT_TRUE(GDateTime(SDateTime()).IsEmpty());
-  EXPECT_FALSE(GDateTime().IsEmpty());
-  EXPECT_GE(GDateTime().GetSDateTime().year, 2024);
-}

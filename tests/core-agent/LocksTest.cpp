@@ -7,7 +7,6 @@
 #include "GLoggerTestAccess.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
-#include "GThread.h"
 
 namespace {
 
@@ -135,12 +134,4 @@ TEST(GScopedLock, SurvivesAFailureInsideItsOwnReport) {
   const GScopedLock levels(GLoggerTestAccess::LevelsMutex());
   const GScopedLock failing(mutex);
   EXPECT_FALSE(failing.IsLocked());
-}
-
-TEST(GThread, ComparesHandlesAndNulls) {
-  void* const self = GThread::GetCurrentThread();
-  EXPECT_TRUE(GThread::AreThreadsEqual(nullptr, nullptr));
-  EXPECT_FALSE(GThread::AreThreadsEqual(nullptr, self));
-  EXPECT_TRUE(GThread::AreThreadsEqual(self, GThread::GetCurrentThread()));
-  std::thread([&] { EXPECT_FALSE(GThread::AreThreadsEqual(self, GThread::GetCurrentThread())); }).join();
 }

@@ -11,18 +11,6 @@ namespace {
 
 using headless::InstalledFonts;
 
-TEST(InstalledFontsTest, SeesWhatOthersAddToTheProcessAndTakeAway) {
-  PrivateFonts process;
-  InstalledFonts fonts;
-  EXPECT_FALSE(fonts.Has("DejaVuSans-Bold"));
-  process.Add("DejaVuSans-Bold.ttf");
-  EXPECT_TRUE(fonts.Has("DejaVuSans-Bold"));
-  EXPECT_FALSE(fonts.Has("DejaVuSans"));
-  EXPECT_FALSE(fonts.Has("dejavusans-bold"));
-  process.RemoveAll();
-  EXPECT_FALSE(fonts.Has("DejaVuSans-Bold"));
-}
-
 TEST(InstalledFontsTest, SeedChangesWithTheFontsAndOnlyThen) {
   PrivateFonts process;
   InstalledFonts fonts;

@@ -22,13 +22,6 @@ constexpr char kGood[] = R"(
 <ParagraphStyleRange AppliedParagraphStyle="ParagraphStyle/A"><Content>text</Content></ParagraphStyleRange>
 )";
 
-std::string Repeated(std::size_t count, const std::string& text) {
-  std::string all;
-  all.reserve(count * text.size());
-  for (std::size_t i = 0; i < count; ++i) all += text;
-  return all;
-}
-
 std::string Numbered(std::size_t count, const std::function<std::string(const std::string&)>& element) {
   std::string all;
   for (std::size_t i = 0; i < count; ++i) all += element(std::to_string(i));
@@ -40,10 +33,6 @@ struct BadPackageCase {
   std::function<void(IdmlFixture&)> spoil;
   const char* message;
 };
-
-void PrintTo(const BadPackageCase& row, std::ostream* out) {
-  *out << row.name;
-}
 
 class BadPackageTest : public testing::TestWithParam<BadPackageCase> {};
 
@@ -83,7 +72,9 @@ const BadPackageCase kCases[] = {
      "as no document does"},
     {"DeepNesting",
      [](IdmlFixture& f) {
-       f.SetBody("Stories/Story_u1.xml", Repeated(20'000, "<Group>") + Repeated(20'000, "</Group>"));
+       f.SetBody("Stories/Story_u1.xml",
+                 Numbered(20'000, [](const std::string&) { return "<Group>"; }) +
+                     Numbered(20'000, [](const std::string&) { return "</Group>"; }));
      },
      "nested too deep"},
     {"StyleOnItself",

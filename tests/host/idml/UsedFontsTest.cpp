@@ -47,10 +47,6 @@ struct UsedFontsCase {
   std::vector<std::string> used;  // "family/style" in the order found.
 };
 
-void PrintTo(const UsedFontsCase& row, std::ostream* out) {
-  *out << row.name;
-}
-
 class UsedFontsTest : public testing::TestWithParam<UsedFontsCase> {};
 
 TEST_P(UsedFontsTest, AreThoseThatTextIsSetIn) {

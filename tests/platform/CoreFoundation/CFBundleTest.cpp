@@ -124,13 +124,4 @@ TEST(CFBundle, FindsResourcesAndTexts) {
                   .ends_with("/Contents/Frameworks"));
 }
 
-TEST(CFBundle, TheMainBundleIsAroundTheProgram) {
-  CFBundleRef bundle = CFBundleGetMainBundle();
-  ASSERT_NE(bundle, nullptr);
-  EXPECT_EQ(ToPath(adoptCF(CFBundleCopyBundleURL(bundle)).get()),
-            std::filesystem::read_symlink("/proc/self/exe").parent_path().string());
-  EXPECT_TRUE(CFBundleIsExecutableLoaded(bundle));
-  EXPECT_EQ(CFArrayGetValueAtIndex(CFBundleGetAllBundles(), 0), bundle);
-}
-
 }  // namespace

@@ -150,25 +150,6 @@ TEST(CFDictionary, FindsByEqualKeysAndRetains) {
   EXPECT_EQ(CFGetRetainCount(key.get()), 1);
 }
 
-TEST(CFDictionary, HoldsManyAndForgetsThem) {
-  const auto dictionary = MakeDictionary();
-  for (int i = 0; i < 5000; ++i) {
-    const auto number = adoptCF(CFNumberCreate(nullptr, kCFNumberIntType, &i));
-    CFDictionarySetValue(dictionary.get(), ToCFString(std::to_string(i)).get(), number.get());
-  }
-  const auto copy = adoptCF(CFDictionaryCreateMutableCopy(nullptr, 0, dictionary.get()));
-  EXPECT_TRUE(CFEqual(copy.get(), dictionary.get()));
-  for (int i = 0; i < 5000; i += 2) CFDictionaryRemoveValue(copy.get(), ToCFString(std::to_string(i)).get());
-  EXPECT_EQ(CFDictionaryGetCount(copy.get()), 2500);
-  EXPECT_FALSE(CFDictionaryContainsKey(copy.get(), CFSTR("4998")));
-  EXPECT_TRUE(CFDictionaryContainsKey(copy.get(), CFSTR("4999")));
-  CFDictionaryRemoveAllValues(copy.get());
-  EXPECT_EQ(CFDictionaryGetCount(copy.get()), 0);
-  std::vector<const void*> keys(5000);
-  CFDictionaryGetKeysAndValues(dictionary.get(), keys.data(), nullptr);
-  EXPECT_EQ(std::set<const void*>(keys.begin(), keys.end()).size(), 5000U);
-}
-
 TEST(CFDictionary, KeyCopiesOutliveTheirChangingOriginal) {
   const auto key = adoptCF(CFStringCreateMutableCopy(nullptr, 0, CFSTR("key")));
   const auto dictionary = adoptCF(CFDictionaryCreateMutable(nullptr, 0, &kCFCopyStringDictionaryKeyCallBacks,

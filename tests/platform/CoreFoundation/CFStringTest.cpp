@@ -212,16 +212,6 @@ TEST(CFString, EditingKeepsToItsBounds) {
   EXPECT_EQ(ToStdString(quoted.get()), "-");
 }
 
-TEST(CFString, CaseFollowsUnicode) {
-  const auto text = Mutable("ÉTÉ straße ΣΊΣΥΦΟΣ");
-  CFStringLowercase(text.get(), nullptr);
-  EXPECT_EQ(ToStdString(text.get()), "été straße σίσυφος");
-  CFStringUppercase(text.get(), nullptr);
-  EXPECT_EQ(ToStdString(text.get()), "ÉTÉ STRASSE ΣΊΣΥΦΟΣ");
-  CFStringCapitalize(text.get(), nullptr);
-  EXPECT_EQ(ToStdString(text.get()), "Été Strasse Σίσυφος");
-}
-
 TEST(CFString, NumbersAtTheStartAreRead) {
   const std::pair<const char*, SInt32> integers[] = {
       {"42abc", 42}, {"  -7", -7}, {"+3", 3},  {"99999999999999999999", INT_MAX}, {"-99999999999", INT_MIN},
@@ -262,15 +252,6 @@ TEST(CFString, AnUnsoundFormatStandsForItself) {
   EXPECT_EQ(Format(CFSTR("%1$d %1$@"), 1), "%1$d %1$@");
   EXPECT_EQ(Format(CFSTR("%99999999999$d"), 1), "%99999999999$d");
   EXPECT_EQ(Format(CFSTR("%99999999999d"), 1).size(), 4096U);
-}
-
-TEST(CFString, SplitsAndCombines) {
-  const auto parts = adoptCF(CFStringCreateArrayBySeparatingStrings(nullptr, CFSTR("a,,b,"), CFSTR(",")));
-  EXPECT_EQ(ToStringVector(parts.get()), (std::vector<std::string>{"a", "", "b", ""}));
-  EXPECT_EQ(ToStdString(adoptCF(CFStringCreateByCombiningStrings(nullptr, parts.get(), CFSTR("-"))).get()),
-            "a--b-");
-  const auto whole = adoptCF(CFStringCreateArrayBySeparatingStrings(nullptr, CFSTR("ab"), CFSTR("")));
-  EXPECT_EQ(CFArrayGetCount(whole.get()), 1);
 }
 
 TEST(CFString, EqualStringsHashAlikeWhateverTheirMutability) {

@@ -86,17 +86,4 @@ TEST(FileEvents, TellWhatHappensInAFolder) {
   EXPECT_EQ(seen, expected);
 }
 
-TEST(Fakes, StandInUntilTheEndOfTheirScope) {
-  {
-    FakeClock fake;
-    const ScopedReplacement<platform::Clock> replaced(fake);
-    const auto before = platform::Clock::Get().Now();
-    platform::Clock::Get().Sleep(std::chrono::hours(5));
-    EXPECT_EQ(platform::Clock::Get().Now() - before, std::chrono::hours(5));
-  }
-  const auto now = platform::Clock::Get().WallNow();
-  EXPECT_LT(std::chrono::abs(std::chrono::system_clock::now() - now), std::chrono::hours(1));
-  EXPECT_GT(platform::Terminal::Get().Width(), 0);
-}
-
 }  // namespace
