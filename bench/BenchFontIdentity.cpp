@@ -46,21 +46,47 @@ bool FindByWalks(CFArrayRef fonts, CFStringRef name) {
   return false;
 }
 
-// What the walks would take for all names: about fifty of them are measured, at growing sizes of the array.
-double EstimateWalks(const std::vector<RetainPtr<CFStringRef>>& names) {
-  const size_t step = std::max<size_t>(1, names.size() / 50);
-  double seconds = 0;
-  const auto fonts = MakeArray();
-  for (size_t i = 0; i < names.size(); ++i) {
-    if (i % step == 0) {
-      const Clock::time_point start = Clock::now();
-      benchmark::DoNotOptimize(FindByWalks(fonts.get(), names[i].get()));
-      seconds += SecondsSince(start) * static_cast<double>(step);
-    }
-    CFArrayAppendValue(fonts.get(),
-                       adoptCF(GlyphMarkSupport::CreateGlyphMarkDictionary(names[i].get())).get());
+// Measures about fifty of the walks and tells what all of them would take.
+class WalkEstimate {
+ public:
+  explicit WalkEstimate(size_t walks) : step_(std::max<size_t>(1, walks / 50)) {}
+
+  void Walk(CFArrayRef fonts, CFStringRef name) {
+    if (count_++ % step_ != 0) return;
+    const Clock::time_point start = Clock::now();
+    benchmark::DoNotOptimize(FindByWalks(fonts, name));
+    seconds_ += SecondsSince(start) * static_cast<double>(step_);
   }
-  return seconds;
+  double seconds() const { return seconds_; }
+
+ private:
+  size_t step_;
+  size_t count_ = 0;
+  double seconds_ = 0;
+};
+
+// Each name is looked up among those before it.
+double EstimateAdding(const std::vector<RetainPtr<CFStringRef>>& names) {
+  WalkEstimate estimate(names.size());
+  const auto fonts = MakeArray();
+  for (const auto& name : names) {
+    estimate.Walk(fonts.get(), name.get());
+    CFArrayAppendValue(fonts.get(), adoptCF(GlyphMarkSupport::CreateGlyphMarkDictionary(name.get())).get());
+  }
+  return estimate.seconds();
+}
+
+// Each name of the source is looked up in what the destination has grown to.
+double EstimateMerging(CFArrayRef source, CFMutableArrayRef destination) {
+  const CFIndex count = CFArrayGetCount(source);
+  WalkEstimate estimate(static_cast<size_t>(count));
+  IndexedFontArray indexed(destination);
+  for (CFIndex i = 0; i < count; ++i) {
+    CFDictionaryRef font = FontRecord::At(source, i);
+    estimate.Walk(destination, FontRecord::GetPostScriptName(font));
+    indexed.MergeRecord(font);
+  }
+  return estimate.seconds();
 }
 
 void AddNames(benchmark::State& state) {
@@ -73,31 +99,34 @@ void AddNames(benchmark::State& state) {
     for (const auto& name : names) indexed.AddFont(name.get(), false);
     seconds += SecondsSince(start);
   }
-  state.counters["walk_ratio"] = EstimateWalks(names) / (seconds / static_cast<double>(state.iterations()));
+  state.counters["walk_ratio"] = EstimateAdding(names) / (seconds / static_cast<double>(state.iterations()));
   state.SetComplexityN(state.range(0));
 }
 BENCHMARK(AddNames)->Arg(200)->Arg(2'000)->Arg(20'000)->Unit(benchmark::kMillisecond)->Complexity();
 
+// Of every two records one completes a known font and one is new.
 void MergeArrays(benchmark::State& state) {
   const auto names = MakeNames(state.range(0));
+  const auto source = MakeArray();
+  const auto known = MakeArray();
+  for (size_t i = 0; i < names.size(); ++i) {
+    const auto record = adoptCF(GlyphMarkSupport::CreateGlyphMarkDictionary(names[i].get()));
+    CFArrayAppendValue(known.get(), record.get());
+    const auto richer = adoptCF(CFDictionaryCreateMutableCopy(nullptr, 0, record.get()));
+    XCFUtils::PutStringIntoDict(richer.get(), i % 2 == 0 ? kGM_KindKey : kGM_PostScriptNameKey,
+                                "New" + NameOf(static_cast<int64_t>(i)));
+    CFArrayAppendValue(source.get(), richer.get());
+  }
   double seconds = 0;
   for (auto _ : state) {
-    const auto source = MakeArray();
-    const auto destination = MakeArray();
-    for (size_t i = 0; i < names.size(); ++i) {
-      const auto record = adoptCF(GlyphMarkSupport::CreateGlyphMarkDictionary(names[i].get()));
-      CFArrayAppendValue(destination.get(), record.get());
-      const auto richer = adoptCF(CFDictionaryCreateMutableCopy(nullptr, 0, record.get()));
-      XCFUtils::PutStringIntoDict(richer.get(), i % 2 == 0 ? kGM_KindKey : kGM_PostScriptNameKey,
-                                  "New" + NameOf(static_cast<int64_t>(i)));
-      CFArrayAppendValue(source.get(), richer.get());
-    }
+    const auto destination = adoptCF(CFArrayCreateMutableCopy(nullptr, 0, known.get()));
     const Clock::time_point start = Clock::now();
     GlyphMarkSupport::MergeFontsIntoFontsArray(source.get(), destination.get());
     state.SetIterationTime(SecondsSince(start));
     seconds += SecondsSince(start);
   }
-  state.counters["walk_ratio"] = EstimateWalks(names) / (seconds / static_cast<double>(state.iterations()));
+  state.counters["walk_ratio"] =
+      EstimateMerging(source.get(), known.get()) / (seconds / static_cast<double>(state.iterations()));
   state.SetComplexityN(state.range(0));
 }
 BENCHMARK(MergeArrays)
