@@ -34,7 +34,8 @@ TALWORTH_EXPORT ErrCode KilnLibraryAddPaths(FacadeRef, CFArrayRef paths, KilnPro
 TALWORTH_EXPORT ErrCode KilnLibraryListFonts(FacadeRef, CFMutableArrayRef outFonts);
 
 /// Sets what the agent says of itself, all as strings: "version", "pid", "vaultPath", "vaultStatus" (code, 0
-/// when the vault is in use by this agent), "fontCount", "systemFontCount", "activeFontCount", "clientCount".
+/// when the vault is in use by this agent), "fontCount", "systemFontCount", "activeFontCount", "clientCount",
+/// "requestCount" (of all clients since the agent started, pings and questions for the status left out).
 TALWORTH_EXPORT ErrCode KilnLibraryStatus(FacadeRef, CFMutableDictionaryRef outStatus);
 
 }  // extern "C"

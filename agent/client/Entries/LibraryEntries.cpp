@@ -64,9 +64,13 @@ ErrCode KilnLibraryAddPaths(FacadeRef facade, CFArrayRef paths, KilnProgressProc
       return CoreErrorCodes::kInvalidParam;
     }
     ClientMessage request;
+    auto& list = *request.mutable_add_files();
     for (const std::string& path : ToStringVector(paths)) {
       std::error_code error;  // the agent runs in another folder
-      request.mutable_add_files()->add_paths(std::filesystem::absolute(path, error));
+      const std::string whole = std::filesystem::absolute(path, error);
+      // Below a working folder whose name isn't UTF-8 it can't be said on the wire.
+      if (ToCFString(whole) == nullptr) return GFileSystem::kInvalidPath;
+      list.add_paths(whole);
     }
     std::vector<kiln::wire::AddedFile> files;
     const auto take = [&](const ServerMessage& message) {
@@ -136,6 +140,7 @@ ErrCode KilnLibraryStatus(FacadeRef facade, CFMutableDictionaryRef outStatus) {
     XCFUtils::PutULongIntoDictAsString(outStatus, CFSTR("systemFontCount"), status.system_font_count());
     XCFUtils::PutULongIntoDictAsString(outStatus, CFSTR("activeFontCount"), status.active_count());
     XCFUtils::PutULongIntoDictAsString(outStatus, CFSTR("clientCount"), status.client_count());
+    XCFUtils::PutULongIntoDictAsString(outStatus, CFSTR("requestCount"), status.request_count());
     return CoreErrorCodes::kSuccess;
   });
 }

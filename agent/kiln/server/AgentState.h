@@ -25,6 +25,7 @@ struct AgentState {
   std::unique_ptr<SystemFonts> systemFonts;
   uint32_t vaultError = 0;
   uint32_t importsRunning = 0;
+  uint64_t requestCount = 0;  ///< pings and questions for the status left out
 };
 
 }  // namespace kiln

@@ -119,6 +119,10 @@ void Server::Take(asio::local::stream_protocol::socket socket) {
 }
 
 void Server::OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message) {
+  if (message.body_case() != wire::ClientMessage::kPing &&
+      message.body_case() != wire::ClientMessage::kStatus) {
+    ++mState.requestCount;
+  }
   if (mState.systemFonts && NeedsSystemFonts(message.body_case())) {
     mState.systemFonts->WhenReady([this, weak = std::weak_ptr<Connection>(connection), message] {
       if (const std::shared_ptr<Connection> still = weak.lock()) Answer(still, message);

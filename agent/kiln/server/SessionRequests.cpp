@@ -135,6 +135,7 @@ void SessionRequests::Status(wire::StatusReply& reply) {
   reply.set_vault_error(mState.vaultError);
   reply.set_vault_path(mState.paths.vault);
   reply.set_client_count(static_cast<uint32_t>(mState.clients.CountOfClients()));
+  reply.set_request_count(mState.requestCount);
   if (!mState.library) return;
   int64_t version = 0;
   mState.library->database->ReadNumber("PRAGMA user_version", version);

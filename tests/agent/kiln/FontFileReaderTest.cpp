@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "FontBuilder.h"
+#include "support/FontBuilder.h"
 #include "kiln/reader/FontChecksums.h"
 #include "kiln/reader/FontFileReader.h"
 #include "kiln/reader/FontText.h"

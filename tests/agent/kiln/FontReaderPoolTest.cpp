@@ -6,7 +6,7 @@
 
 #include <map>
 
-#include "FontBuilder.h"
+#include "support/FontBuilder.h"
 #include "kiln/fonts/FontReaderPool.h"
 #include "kiln/system/BoundedLog.h"
 #include "protocol/ErrorCodes.h"

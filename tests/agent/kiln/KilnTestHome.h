@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "FontBuilder.h"
+#include "support/FontBuilder.h"
 #include "WireClient.h"
 #include "support/PrivateHome.h"
 #include "support/ProgramRun.h"

@@ -1,4 +1,4 @@
-#include "FontBuilder.h"
+#include "support/FontBuilder.h"
 
 #include <map>
 
