@@ -37,7 +37,7 @@ void FontParserPDF::ReadFontDictionary(PDFFontRecord* record) {
   int64_t nesting = 0;
   int64_t start = -1;
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "endobj") return;
     if (token == "<<") {
       if (nesting++ == 0) start = GetCurrentPosition() - 2;

@@ -28,7 +28,7 @@ void FontParserPDF::ProcessIllustratorData(PDFObject* object) {
   if (!EnterObject(*object)) return;
   std::unordered_set<uint64_t> followed{object->Key()};
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "endobj") return;
     const bool isPrivate = token == "/Private";
     if (!isPrivate && token != "/AIPrivateData2") continue;
@@ -49,7 +49,7 @@ bool FontParserPDF::ReadAIPrivateStream() {
   int64_t length = 0;
   int64_t nesting = 0;
   do {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "<<") {
       ++nesting;
     } else if (token == ">>") {
@@ -70,7 +70,7 @@ FontParserPDF::FilterType FontParserPDF::ReadFilter() {
   FilterType filter = kFilterNone;
   int64_t nesting = 0;
   do {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "[") {
       ++nesting;
     } else if (token == "]") {

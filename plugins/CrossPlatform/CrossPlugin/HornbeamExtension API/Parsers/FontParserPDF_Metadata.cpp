@@ -14,7 +14,7 @@ void FontParserPDF::ProcessFontMetadata(PDFObject* object) {
     for (const PDFFontRecord& record : m_vFontRecords) knownNames.insert(record.sFontName);
     bool isTag = false;
     while (m_nError == 0) {
-      const std::string& token = ProcessToken();
+      const std::string_view token = ProcessToken();
       if (token == "endobj") break;
       if (isTag && token == "xmpTPg:Fonts") {
         OutputIndentedAndFormattedString(0, "Found beginning of XMP font metadata");
@@ -31,7 +31,7 @@ void FontParserPDF::ProcessFontMetadata(PDFObject* object) {
 void FontParserPDF::ReadXMPFontList(NameSet* knownNames) {
   bool isTag = false;
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (isTag && token == "/xmpTPg:Fonts") return;
     if (isTag && token == "rdf:li") {
       OutputIndentedAndFormattedString(0, "Found beginning of one font record");
@@ -49,7 +49,7 @@ void FontParserPDF::ReadXMPFontList(NameSet* knownNames) {
 void FontParserPDF::ReadXMPFontName(PDFFontRecord* record) {
   bool isTag = false;
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (isTag && token == "/rdf:li") return;
     if (token == "stFnt:fontName") {
       while (m_nError == 0 && ProcessToken() != ">") {

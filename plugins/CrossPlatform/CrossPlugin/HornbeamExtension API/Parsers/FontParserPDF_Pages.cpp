@@ -29,7 +29,7 @@ void FontParserPDF::ProcessCatalog(PDFObject* object) {
   }
   m_bHasCatalog = true;
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "endobj") return;
     if (token == "/Type" || token == "/PageMode") {
       ProcessToken();
@@ -54,7 +54,7 @@ int64_t FontParserPDF::ProcessPages(PDFObject* object) {
   }
   int64_t nNumPages = 0;
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "endobj") break;
     if (token == "/Type") {
       ProcessToken();
@@ -88,7 +88,7 @@ void FontParserPDF::ProcessKids(PDFObject kid) {
   m_vVisitedKids[*entry] = true;
 
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "endobj") return;
     if (token == "/Type") {
       ProcessKidsType();
@@ -116,9 +116,9 @@ void FontParserPDF::ProcessKids(PDFObject kid) {
 // The key behind the type is looked at here, and spent when it is none of these: resources that stand there
 // aren't seen.
 void FontParserPDF::ProcessKidsType() {
-  const std::string& type = ProcessToken();
+  const std::string_view type = ProcessToken();
   if (type != "/Page" && type != "/Pages") return;
-  const std::string& token = ProcessToken();
+  const std::string_view token = ProcessToken();
   if (token == "/Kids") {
     AppendFirstKid();
   } else if (token == "/Parent") {
@@ -154,7 +154,7 @@ void FontParserPDF::ProcessResources() {
     return;
   }
   for (; m_nError == 0; hasToken = false) {
-    const std::string& token = hasToken ? m_sCurrentToken : ProcessToken();
+    const std::string_view token = hasToken ? m_sCurrentToken : ProcessToken();
     if (token == "endobj" || token == "]") return;
     if (token == "<<") {
       ++nesting;
@@ -190,7 +190,7 @@ void FontParserPDF::ProcessResourcesReference(int32_t objectNumber) {
 void FontParserPDF::SkipProcSet() {
   if (ProcessToken() != "[") return;
   for (int64_t nesting = 1; nesting > 0 && m_nError == 0;) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "[") ++nesting;
     if (token == "]") --nesting;
   }
@@ -198,7 +198,7 @@ void FontParserPDF::SkipProcSet() {
 
 void FontParserPDF::ProcessFontObject() {
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == ">>") return;
     if (token.empty() || token == "<<") continue;
     // The token is the font's name on the page; the font itself is named by every page that uses it.

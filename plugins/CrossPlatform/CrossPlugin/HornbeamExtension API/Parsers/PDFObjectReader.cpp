@@ -140,7 +140,7 @@ PDFObject PDFObjectReader::ProcessFirstObject() {
 void PDFObjectReader::SkipObject() {
   int64_t nesting = 0;
   do {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == "<<" || token == "[" || token == "(") ++nesting;
     if (token == ">>" || token == "]" || token == ")") --nesting;
   } while (nesting > 0 && m_nError == 0);
@@ -182,7 +182,7 @@ void PDFObjectReader::ProcessXRefSection() {
 }
 
 bool PDFObjectReader::ReadXRefKeyword() {
-  const std::string& line = ProcessLine();
+  const std::string_view line = ProcessLine();
   static constexpr std::string_view kKeyword = "xref";
   // Some producers write an offset a little too large: the keyword's tail will do.
   for (size_t missing = 0; missing < kKeyword.size(); ++missing) {
@@ -199,7 +199,7 @@ bool PDFObjectReader::ReadXRefKeyword() {
 // True at the trailer.
 bool PDFObjectReader::ReadXRefSubsections() {
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token.empty()) continue;
     if (token == "trailer") return true;
     int64_t first = 0;
@@ -221,7 +221,7 @@ bool PDFObjectReader::ReadXRefSubsections() {
 int64_t PDFObjectReader::ReadTrailer() {
   int64_t previousOffset = 0;
   while (m_nError == 0) {
-    const std::string& token = ProcessToken();
+    const std::string_view token = ProcessToken();
     if (token == ">>") break;
     if (token == "/Size") {
       m_nObjectCount = std::max(m_nObjectCount, GetCurrentNumber());

@@ -131,6 +131,7 @@ class PDFObjectReader : public FontParser {
   static constexpr int kBlockSize = 256;
 
   size_t ReadAt(int64_t offset, char* target, size_t count);
+  void AppendPlainCharacters();
   char ReadHexPair(char plain);
   bool ReadXRefKeyword();
   bool ReadXRefSubsections();

@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstddef>
 #include <limits>
 
 #include "Parsers/PDFObjectReader.h"
@@ -15,6 +18,14 @@ bool IsWhite(char c) {
 bool IsDelimiter(char c) {
   return c == '[' || c == ']' || c == '(' || c == ')' || c == '<' || c == '>';
 }
+
+// What is part of a token wherever it stands.
+constexpr std::array<bool, 256> kIsPlain = [] {
+  std::array<bool, 256> isPlain{};
+  isPlain.fill(true);
+  for (const char c : std::string_view(" \r\n\t[]()<>/\\#")) isPlain[static_cast<unsigned char>(c)] = false;
+  return isPlain;
+}();
 
 int HexValue(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -53,6 +64,8 @@ const std::string& PDFObjectReader::ProcessToken(bool /*unused*/) {
   m_sCurrentToken.clear();
   SkipWhitespace();
   while (m_nError == 0 && m_sCurrentToken.size() < kMaxTokenLength) {
+    AppendPlainCharacters();
+    if (m_sCurrentToken.size() == kMaxTokenLength) break;
     const bool isFirst = m_sCurrentToken.empty();
     char c = PeekCharacter();
     if (IsDelimiter(c)) {
@@ -73,6 +86,19 @@ const std::string& PDFObjectReader::ProcessToken(bool /*unused*/) {
     m_sCurrentToken += c;
   }
   return m_sCurrentToken;
+}
+
+// Takes what would be taken one by one, up to the last character of the block, which brings the next block.
+void PDFObjectReader::AppendPlainCharacters() {
+  if (m_nBlockPosition < 0) return;
+  const char* const begin = m_block + m_nBlockPosition;
+  const auto room = static_cast<std::ptrdiff_t>(kMaxTokenLength - m_sCurrentToken.size());
+  const char* const limit =
+      begin + std::clamp<std::ptrdiff_t>(m_nBlockLength - 1 - m_nBlockPosition, 0, room);
+  const char* end = begin;
+  while (end < limit && kIsPlain[static_cast<unsigned char>(*end)]) ++end;
+  m_sCurrentToken.append(begin, end);
+  m_nBlockPosition += static_cast<int>(end - begin);
 }
 
 // The character that the next two digits stand for; without them `plain`, with nothing read.
