@@ -1,5 +1,5 @@
 // Property lists. Any bytes give a list or an error, never both and never neither. A list that was read can
-// be copied, and what is written of it reads as the same list again. No object is left behind.
+// be copied; what can be written of it reads as the same list again. No object is left behind.
 //
 // Links: hornbeam_platform
 #include <CoreFoundation/CoreFoundation.h>
@@ -28,9 +28,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       Promise(copy && CFEqual(copy.get(), list.get()), "a list can be copied");
       const auto text =
           adoptCF(CFPropertyListCreateData(nullptr, list.get(), kCFPropertyListXMLFormat_v1_0, 0, nullptr));
-      Promise(static_cast<bool>(text), "a list that was read can be written");
-      const RetainPtr<CFPropertyListRef> again = Read(text.get());
-      Promise(again && CFEqual(again.get(), list.get()), "what was written reads as the same list");
+      // Reading is more lenient than writing: a control character in a text ends the writing.
+      if (text) {
+        const RetainPtr<CFPropertyListRef> again = Read(text.get());
+        Promise(again && CFEqual(again.get(), list.get()), "what was written reads as the same list");
+      }
     }
   }
   Promise(LiveObjectCounts().empty(), "no object is left");

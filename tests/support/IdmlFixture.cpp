@@ -107,6 +107,7 @@ std::string IdmlFixture::Write(const std::string& path) const {
   for (const auto& [name, bytes] : parts) {
     zip_source_t* source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
     const zip_int64_t index = zip_file_add(archive, name.c_str(), source, ZIP_FL_ENC_UTF_8);
+    if (index < 0) zip_source_free(source);  // a name that is there already, or no name
     if (index >= 0 && name == "mimetype") {
       zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0);
     }
