@@ -143,15 +143,6 @@ TEST_F(DocumentElementTest, TheUserResolvesWhatHasNoMatch) {
   EXPECT_EQ(tracker->CountFontsOpenedForIdentifier(element.GetDocumentIdentifier()), 2u);
 }
 
-TEST_F(DocumentElementTest, WithTheBestMatchPickedTheUserIsNotAsked) {
-  document.Use("Acme", {{"Bold", "Acme-Bold"}});
-  bool asked = false;
-  loom.resolve = [&](CFArrayRef) { asked = true; };
-  element.ActivateFontList();
-  EXPECT_FALSE(asked);
-  EXPECT_EQ(host.problems, Names{"Acme-Bold"});
-}
-
 TEST_F(DocumentElementTest, UnresolvedFontsNeedAListAndTheFramework) {
   EXPECT_EQ(element.AddProblemFontsToUnresolvedFonts(nullptr), -1);
   EXPECT_EQ(element.AddProblemFontsToUnresolvedFonts(MakeArray().get()), 0);

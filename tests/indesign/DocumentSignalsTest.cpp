@@ -118,12 +118,6 @@ TEST_F(DocumentSignals, ADocumentBeingTakenDownHasNoLinksToAskFor) {
   EXPECT_FALSE(host.Send(kBeforeOpenDocSignalResponderService, brochure));
 }
 
-TEST_F(DocumentSignals, ACloneIsNotOpened) {
-  host.Open(brochure, {.isClone = true});
-  EXPECT_EQ(ElementOf(brochure), nullptr);
-  EXPECT_EQ(brochure.usageUpdates, 0);
-}
-
 TEST_F(DocumentSignals, ASecondOpenInsideTheFirstDoesNothing) {
   AddFont("AcmeSans-Regular");
   manager.duringAgentCall = [&] { host.Send(kDuringOpenDocSignalResponderService, brochure); };
@@ -209,15 +203,6 @@ TEST_F(DocumentSignals, AnAddedLinkIsLeftToTheIdleTask) {
   loom.SetPreference("SupportEmbeddedObjects", 1);
   host.Send(kAfterAddLinkSignalResponderService, brochure);
   EXPECT_TRUE(HBIndesignPluginGlobals::EmbeddedDocJustAdded);
-}
-
-TEST_F(DocumentSignals, AnUnnamedSignalOnlyDecidesAboutAlerts) {
-  AddFont("AcmeSans-Regular");
-  AddFont("AcmeSans-Bold");
-  host.Open(brochure);
-  EXPECT_TRUE(host.Send(263, brochure));
-  EXPECT_TRUE(host.Send(15873, brochure));
-  EXPECT_EQ(brochure.usageUpdates, 1);
 }
 
 TEST_F(DocumentSignals, ASaveHandsTheFontsToTheFontManagerUnlessTheFileCarriesThem) {

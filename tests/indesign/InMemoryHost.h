@@ -100,8 +100,6 @@ class InMemoryHost {
 
   std::set<std::string> fonts;  ///< PostScript names that it can set text in.
   int32 seed = 1;
-  int fontUpdates = 0;
-  int fontRefreshes = 0;
   bool isMainThread = true;
   std::vector<ClassID> changes;
   std::vector<ClassID> commandsDone;
@@ -142,10 +140,9 @@ class InMemoryHost {
     }
     int32 GetFontChangeSeed(bool update, bool force) override {
       EXPECT_TRUE(update && !force);
-      ++owner.fontUpdates;
       return owner.seed;
     }
-    void Refresh() override { ++owner.fontRefreshes; }
+    void Refresh() override {}
   };
 
   class Subject : public Part<ISubject> {
