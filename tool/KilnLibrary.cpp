@@ -54,7 +54,9 @@ std::unique_ptr<KilnLibrary> KilnLibrary::Open(Launch launch, std::string& outPr
     }
     if (FindAndLaunchKiln(&folder) != 0) {
       outProblem =
-          "Kiln isn't running and can't be started: com.talworth.Kiln-LaunchInfo.conf doesn't name it";
+          "Kiln isn't running and couldn't be started; com.talworth.Kiln-LaunchInfo.conf must say where it "
+          "is,"
+          " and Kiln.log may say why it ended";
       return nullptr;
     }
   }
@@ -81,10 +83,18 @@ bool KilnLibrary::Bind() {
 ErrCode KilnLibrary::AddPaths(const std::vector<std::string>& paths, KilnProgressProc progress, void* context,
                               std::vector<FileResult>& outResults) {
   const RetainPtr<CFMutableArrayRef> list = NewArray();
-  for (const std::string& path : paths) CFArrayAppendValue(list.get(), ToCFString(path).get());
+  std::vector<FileResult> unsayable;
+  for (const std::string& path : paths) {
+    if (const RetainPtr<CFStringRef> text = ToCFString(path)) {
+      CFArrayAppendValue(list.get(), text.get());
+    } else {
+      unsayable.push_back({path, "failed", "The name isn't UTF-8 text.", {}});
+    }
+  }
   const RetainPtr<CFMutableArrayRef> results = NewArray();
   const ErrCode code = m_addPaths(m_getFacade(), list.get(), progress, context, results.get());
   if (code != 0) return code;
+  outResults.insert(outResults.end(), unsayable.begin(), unsayable.end());
   for (CFIndex i = 0; i < CFArrayGetCount(results.get()); ++i) {
     const CFDictionaryRef entry = DictionaryAt(results.get(), i);
     if (!entry) continue;
@@ -131,5 +141,7 @@ ErrCode KilnLibrary::GetStatus(Status& outStatus) {
   outStatus.vaultPath = Text(status.get(), "vaultPath");
   outStatus.fontCount = Number(status.get(), "fontCount");
   outStatus.activeFontCount = Number(status.get(), "activeFontCount");
+  outStatus.requestCount = Number(status.get(), "requestCount");
+  outStatus.vaultStatus = static_cast<ErrCode>(Number(status.get(), "vaultStatus"));
   return 0;
 }

@@ -47,6 +47,8 @@ class KilnLibrary {
     std::string vaultPath;
     unsigned long fontCount = 0;
     unsigned long activeFontCount = 0;
+    unsigned long requestCount = 0;  ///< that Kiln has had since it started
+    ErrCode vaultStatus = 0;         ///< 0, or why Kiln has no library
   };
 
   /// \param outProblem  A sentence for the user when there is no library.

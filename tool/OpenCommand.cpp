@@ -54,6 +54,7 @@ class OpenRun {
     CloseAll();
     m_host.Shutdown();
     ComplainIfKilnDied();
+    ComplainIfKilnIsStuck();
     return m_exitCode;
   }
 
@@ -114,6 +115,23 @@ class OpenRun {
                     [](const OpenedDocument& document) { return document.report.HasActivated(); });
     if (!activated || m_options.keepOpen || KilnLibrary::IsKilnRunning()) return;
     Complain("Kiln has ended unexpectedly; it gives the fonts back when it starts again");
+  }
+
+  // A Kiln that runs and was to give fonts back, but gave back none, may be stopped or at its end.
+  void ComplainIfKilnIsStuck() const {
+    const auto activated = [](const OpenedDocument& document) { return document.report.HasActivated(); };
+    const auto gaveBack = [](const OpenedDocument& document) { return document.report.HasGivenBack(); };
+    if (!m_options.giveBack || m_options.keepOpen) return;
+    if (std::none_of(m_documents.begin(), m_documents.end(), activated)) return;
+    if (std::any_of(m_documents.begin(), m_documents.end(), gaveBack)) return;
+    if (!KilnLibrary::IsKilnRunning()) return;
+    std::string problem;
+    const std::unique_ptr<KilnLibrary> kiln = KilnLibrary::Open(KilnLibrary::Launch::kNever, problem);
+    KilnLibrary::Status status;
+    if (!kiln) return Complain(problem);
+    if (const ErrCode code = kiln->GetStatus(status)) {
+      ComplainOfCode("the fonts couldn't be given back, and stay active until Kiln starts again", code);
+    }
   }
 
   const OpenOptions& m_options;

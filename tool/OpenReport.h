@@ -17,6 +17,9 @@ class OpenReport {
   /// Whether the document brought in any font.
   bool HasActivated() const;
 
+  /// Whether its close gave any back.
+  bool HasGivenBack() const { return !m_activity.deactivated.empty(); }
+
   void PrintOpened() const;
   void PrintClosed() const;
   /// The line of `--json`, all in one.

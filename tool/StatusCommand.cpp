@@ -20,6 +20,7 @@ void PrintRunning(const KilnLibrary::Status& status, bool asJson) {
     json.Key("vault").String(status.vaultPath);
     json.Key("fonts").Integer(static_cast<long long>(status.fontCount));
     json.Key("activeFonts").Integer(static_cast<long long>(status.activeFontCount));
+    json.Key("requests").Integer(static_cast<long long>(status.requestCount));
     json.EndObject();
     std::puts(json.Text().c_str());
     return;
@@ -27,6 +28,7 @@ void PrintRunning(const KilnLibrary::Status& status, bool asJson) {
   std::printf("Kiln %s is running (process %s).\n", status.version.c_str(), status.processID.c_str());
   std::printf("Vault:  %s\n", PrintableText(status.vaultPath).c_str());
   std::printf("Fonts:  %lu in the library, %lu active\n", status.fontCount, status.activeFontCount);
+  std::printf("Asked:  %lu requests since it started\n", status.requestCount);
 }
 
 void PrintNotRunning(bool asJson) {
@@ -53,5 +55,7 @@ int RunStatus(const StatusOptions& options) {
     return kExitFailed;
   }
   PrintRunning(status, options.json);
-  return kExitOk;
+  if (status.vaultStatus == 0) return kExitOk;
+  ComplainOfCode("Kiln has no library", status.vaultStatus);
+  return kExitFailed;
 }

@@ -192,6 +192,32 @@ TEST_F(HornbeamProgramTest, TwoImportsAtOnceBothLandAndADamagedFontIsNamed) {
   EXPECT_THAT(list, HasSubstr("\"postScriptName\":\"DejaVuSerif\""));
 }
 
+TEST_F(HornbeamProgramTest, ANameThatIsNoTextIsNamedAndTheOtherFontsAreAdded) {
+  const Result result = Run({"library", "add", m_home.Folder().Path("f\xFF.ttf"), kFontFolder});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.errors, HasSubstr("The name isn't UTF-8 text."));
+  EXPECT_THAT(result.output, HasSubstr(", 1 failed."));
+  EXPECT_THAT(Run({"library", "list"}).output, HasSubstr("DejaVuSans-Bold"));
+}
+
+TEST_F(HornbeamProgramTest, ALibraryThatCantBeUsedIsExplained) {
+  m_home.Folder().Write("data/kiln/vault", "no folder");
+  const Result list = Run({"library", "list"});
+  EXPECT_EQ(list.exitCode, 1);
+  EXPECT_THAT(list.errors, HasSubstr("database or vault can't be used"));
+  const Result status = Run({"status"});
+  EXPECT_EQ(status.exitCode, 1);
+  EXPECT_THAT(status.errors, HasSubstr("Kiln has no library: "));
+}
+
+TEST_F(HornbeamProgramTest, AReportThatCantBeWrittenIsAFailure) {
+  EXPECT_EQ(Run({"status"}).exitCode, 0);
+  const std::string command = std::string(kHornbeam) + " status >/dev/full";
+  ProgramRun run("/bin/sh", {"-c", command});
+  EXPECT_EQ(run.Wait(), 1);
+  EXPECT_THAT(run.Errors(), HasSubstr("the output couldn't be written"));
+}
+
 TEST_F(HornbeamProgramTest, WrongUsageIsToldApartFromFailure) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{},
                                                     {"open"},
