@@ -59,9 +59,19 @@ std::string Header(uint32_t length) {
   return {char(length >> 24), char(length >> 16), char(length >> 8), char(length)};
 }
 
-void AfterRequest(int socket, const std::function<void(uint32_t)>& then) {
-  FakeAgent::Request request;
-  if (FakeAgent::ReceiveFrame(socket, request)) then(request.id());
+// Waits for a request, and then does something about it.
+FakeAgent::Behaviour OnRequest(std::function<void(int socket, uint32_t id)> then) {
+  return [then = std::move(then)](int socket) {
+    FakeAgent::Request request;
+    if (FakeAgent::ReceiveFrame(socket, request)) then(socket, request.id());
+  };
+}
+
+FakeAgent::Behaviour SendAndDrain(const std::string& bytes) {
+  return [bytes](int socket) {
+    FakeAgent::SendBytes(socket, bytes);
+    FakeAgent::Drain(socket);
+  };
 }
 
 class MisbehavingPeer : public ConnectionTest, public testing::WithParamInterface<PeerCase> {};
@@ -76,54 +86,32 @@ TEST_P(MisbehavingPeer, EndsTheCallWithACode) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Peers, MisbehavingPeer,
-    testing::Values(PeerCase{"Hangs", FakeAgent::Drain, GIPCClient::kServiceUnavailable, true},
-                    PeerCase{"ClosesAtOnce", [](int) {}, GAgentIF::kShutdown, false},
-                    PeerCase{"ClosesInsteadOfAnswering",
-                             [](int socket) { AfterRequest(socket, [](uint32_t) {}); }, GAgentIF::kShutdown,
-                             false},
-                    PeerCase{"ClosesMidMessage",
-                             [](int socket) {
-                               AfterRequest(socket, [=](uint32_t) {
-                                 FakeAgent::SendBytes(socket, Header(100) + "half");
-                               });
-                             },
-                             GAgentIF::kShutdown, false},
-                    PeerCase{"AnswersGarbage",
-                             [](int socket) {
-                               FakeAgent::SendBytes(socket, Header(7) + "\xFF\xFF\xFF\xFF\xFF\xFF\xFF");
-                               FakeAgent::Drain(socket);
-                             },
-                             GAgentIF::kShutdown, false},
-                    PeerCase{"AnnouncesMoreThanAFrameMayHold",
-                             [](int socket) {
-                               FakeAgent::SendBytes(socket, Header(kiln::kMaxFrameLength + 1));
-                               FakeAgent::Drain(socket);
-                             },
-                             GAgentIF::kShutdown, false},
-                    PeerCase{"AnswersAnotherRequest",
-                             [](int socket) {
-                               AfterRequest(socket, [=](uint32_t id) {
-                                 FakeAgent::Reply reply;
-                                 reply.set_reply_to(id + 1000);
-                                 FakeAgent::SendFrame(socket, reply);
-                                 FakeAgent::Drain(socket);
-                               });
-                             },
-                             GIPCClient::kServiceUnavailable, true},
-                    PeerCase{"ReportsProgressToACallThatHasNone",
-                             [](int socket) {
-                               AfterRequest(socket, [=](uint32_t id) {
-                                 FakeAgent::Reply reply;
-                                 reply.set_reply_to(id);
-                                 reply.mutable_progress();
-                                 while (FakeAgent::SendFrame(socket, reply)) {
-                                 }
-                               });
-                             },
-                             GIPCClient::kServiceUnavailable, true}),
-    [](const auto& info) { return info.param.name; });
+const PeerCase kPeers[] = {
+    {"Hangs", FakeAgent::Drain, GIPCClient::kServiceUnavailable, true},
+    {"ClosesAtOnce", [](int) {}, GAgentIF::kShutdown, false},
+    {"ClosesInsteadOfAnswering", OnRequest([](int, uint32_t) {}), GAgentIF::kShutdown, false},
+    {"ClosesMidMessage",
+     OnRequest([](int socket, uint32_t) { FakeAgent::SendBytes(socket, Header(100) + "half"); }),
+     GAgentIF::kShutdown, false},
+    {"AnswersGarbage", SendAndDrain(Header(7) + "\xFF\xFF\xFF\xFF\xFF\xFF\xFF"), GAgentIF::kShutdown, false},
+    {"AnnouncesMoreThanAFrameMayHold", SendAndDrain(Header(kiln::kMaxFrameLength + 1)), GAgentIF::kShutdown,
+     false},
+    {"AnswersAnotherRequest", OnRequest([](int socket, uint32_t id) {
+       FakeAgent::SendFrame(socket, FakeAgent::ReplyTo(id + 1000));
+       FakeAgent::Drain(socket);
+     }),
+     GIPCClient::kServiceUnavailable, true},
+    {"ReportsProgressToACallThatHasNone", OnRequest([](int socket, uint32_t id) {
+       auto reply = FakeAgent::ReplyTo(id);
+       reply.mutable_progress();
+       while (FakeAgent::SendFrame(socket, reply)) {
+       }
+     }),
+     GIPCClient::kServiceUnavailable, true},
+};
+
+INSTANTIATE_TEST_SUITE_P(Peers, MisbehavingPeer, testing::ValuesIn(kPeers),
+                         [](const auto& info) { return info.param.name; });
 
 TEST_F(ConnectionTest, APeerThatDoesNotReadHoldsASenderNoLongerThanItsLimit) {
   std::promise<void> done;
@@ -148,20 +136,17 @@ TEST_F(ConnectionTest, AMessageThatIsTooLongIsNotSent) {
 }
 
 TEST_F(ConnectionTest, ProgressKeepsACallAliveBeyondItsLimit) {
-  auto agent = FakeAgent::Misbehaving([](int socket) {
-    AfterRequest(socket, [=](uint32_t id) {
-      FakeAgent::Reply reply;
-      reply.set_reply_to(id);
-      for (uint32_t i = 1; i <= 10; ++i) {
-        reply.mutable_progress()->set_done(i);
-        FakeAgent::SendFrame(socket, reply);
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
-      }
-      reply.mutable_add_files()->set_files_added(10);
+  auto agent = FakeAgent::Misbehaving(OnRequest([](int socket, uint32_t id) {
+    auto reply = FakeAgent::ReplyTo(id);
+    for (uint32_t i = 1; i <= 10; ++i) {
+      reply.mutable_progress()->set_done(i);
       FakeAgent::SendFrame(socket, reply);
-      FakeAgent::Drain(socket);
-    });
-  });
+      std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    }
+    reply.mutable_add_files()->set_files_added(10);
+    FakeAgent::SendFrame(socket, reply);
+    FakeAgent::Drain(socket);
+  }));
   const auto connection = Open();
   ClientMessage request;
   request.mutable_add_files();
@@ -182,8 +167,7 @@ TEST_F(ConnectionTest, ALongCallOutlastsAnAgentThatWorksButNotOneThatIsStopped) 
     uint32_t id = 0;
     int pings = 0;
     for (FakeAgent::Request request; FakeAgent::ReceiveFrame(socket, request);) {
-      FakeAgent::Reply reply;
-      reply.set_reply_to(request.id());
+      auto reply = FakeAgent::ReplyTo(request.id());
       if (!request.has_ping()) {
         id = request.id();
       } else if (answerPings) {
@@ -209,8 +193,7 @@ TEST_F(ConnectionTest, AnswersMayComeInAnyOrder) {
     FakeAgent::Request second;
     if (!FakeAgent::ReceiveFrame(socket, first) || !FakeAgent::ReceiveFrame(socket, second)) return;
     for (const auto* request : {&second, &first}) {
-      FakeAgent::Reply reply;
-      reply.set_reply_to(request->id());
+      auto reply = FakeAgent::ReplyTo(request->id());
       reply.set_error(request->has_ping() ? 11 : 22);
       FakeAgent::SendFrame(socket, reply);
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <filesystem>
 #include <memory>
 
 #include "FakeAgent.h"
@@ -46,7 +45,6 @@ class EntriesTest : public testing::Test {
 };
 
 // --- Facade
-// ---------------------------------------------------------------------------------------------------
 
 TEST_F(EntriesTest, OnlyTheNewestFacadeIsTaken) {
   FakeAgent agent;
@@ -75,7 +73,6 @@ TEST_F(EntriesTest, ColumnNamesAreWrittenWholeOrNotAtAll) {
 }
 
 // --- Start-up without a sound agent
-// ---------------------------------------------------------------------------
 
 struct AbsenceCase {
   const char* name;
@@ -119,8 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
                                 [](int socket) {
                                   FakeAgent::Request request;
                                   if (!FakeAgent::ReceiveFrame(socket, request)) return;
-                                  FakeAgent::Reply reply;
-                                  reply.set_reply_to(request.id());
+                                  auto reply = FakeAgent::ReplyTo(request.id());
                                   reply.set_error(CoreErrorCodes::kVersionMismatch);
                                   FakeAgent::SendFrame(socket, reply);
                                 },
@@ -186,7 +182,6 @@ TEST_F(EntriesTest, NamesGiveAtMostWhatTheCallerHasRoomFor) {
 }
 
 // --- Activation
-// -----------------------------------------------------------------------------------------------
 
 // Matches each font whose name is a font of the machine, with IDs from 100.
 void MatchMachineFonts(const FakeAgent::Request& request, FakeAgent::Reply& reply) {
@@ -353,7 +348,6 @@ TEST_F(EntriesTest, APreviewThatThisProcessCannotSeeIsGivenBack) {
 }
 
 // --- Notifications
-// --------------------------------------------------------------------------------------------
 
 std::atomic<unsigned int> sActivated = 0;
 std::atomic<TErrCode> sCodeInside = 0;
@@ -385,7 +379,6 @@ TEST_F(EntriesTest, NotificationsOutliveAResetAndTheirReceiversMayCallNothing) {
 }
 
 // --- Folders
-// --------------------------------------------------------------------------------------------------
 
 TEST_F(EntriesTest, FoldersAreMadeWithoutAnAgent) {
   const std::string folder = m_home.Folder().Path("one/two");
@@ -403,47 +396,6 @@ TEST_F(EntriesTest, FoldersAreMadeWithoutAnAgent) {
 }
 
 // --- The library's own calls
-// ----------------------------------------------------------------------------------
-
-TEST_F(EntriesTest, AnImportTellsWhatBecameOfEachFile) {
-  auto agent = FakeAgent::Misbehaving([](int socket) {
-    FakeAgent::Request request;
-    if (!FakeAgent::Greet(socket) || !FakeAgent::ReceiveFrame(socket, request)) return;
-    FakeAgent::Reply reply;
-    reply.set_reply_to(request.id());
-    auto& progress = *reply.mutable_progress();
-    progress.set_done(1);
-    progress.set_total(2);
-    auto& added = *progress.add_results();
-    added.set_path(request.add_files().paths(0));
-    added.add_postscript_names("Good-Regular");
-    FakeAgent::SendFrame(socket, reply);
-    progress.Clear();
-    progress.set_done(2);
-    progress.add_results()->set_error(GFontToolResults::kCorrupt);
-    FakeAgent::SendFrame(socket, reply);
-    reply.mutable_add_files();
-    FakeAgent::SendFrame(socket, reply);
-    FakeAgent::Drain(socket);
-  });
-  const auto paths = ToCFArray({"good.otf", "/bad.otf"});
-  const auto results = MakeArray();
-  std::vector<unsigned long> progress;
-  ASSERT_EQ(KilnLibraryAddPaths(
-                Facade(), paths.get(),
-                [](unsigned long done, unsigned long, const char*, void* context) {
-                  static_cast<std::vector<unsigned long>*>(context)->push_back(done);
-                },
-                &progress, results.get()),
-            CoreErrorCodes::kSuccess);
-  EXPECT_EQ(progress, (std::vector<unsigned long>{1, 2}));
-  ASSERT_EQ(CFArrayGetCount(results.get()), 2);
-  EXPECT_EQ(GetStringFromDict(At(results, 0), CFSTR("path")),
-            (std::filesystem::current_path() / "good.otf").string());
-  EXPECT_EQ(GetStringFromDict(At(results, 0), CFSTR("status")), "added");
-  EXPECT_EQ(GetStringFromDict(At(results, 1), CFSTR("status")), "failed");
-  EXPECT_EQ(GetStringFromDict(At(results, 1), CFSTR("message")), "The font is damaged.");
-}
 
 TEST_F(EntriesTest, AListOfFontsThatNeverEndsIsRefused) {
   FakeAgent agent([](const auto& request, auto& reply) {

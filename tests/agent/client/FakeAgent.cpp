@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <stdexcept>
 
@@ -71,8 +70,7 @@ void FakeAgent::SendEvent(Reply event) {
 void FakeAgent::Serve(int socket) {
   Request request;
   while (ReceiveFrame(socket, request)) {
-    Reply reply;
-    reply.set_reply_to(request.id());
+    Reply reply = ReplyTo(request.id());
     if (request.has_hello()) {
       reply.mutable_hello()->set_protocol_version(kiln::kProtocolVersion);
     } else if (m_answer) {
@@ -97,8 +95,10 @@ int FakeAgent::Count(Request::BodyCase kind) const {
       m_requests, [kind](const Request& request) { return request.body_case() == kind; }));
 }
 
-void FakeAgent::WaitFor(Request::BodyCase kind, int count) const {
-  while (Count(kind) < count) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+FakeAgent::Reply FakeAgent::ReplyTo(uint32_t id) {
+  Reply reply;
+  reply.set_reply_to(id);
+  return reply;
 }
 
 bool FakeAgent::SendBytes(int socket, const std::string& bytes) {
@@ -135,8 +135,7 @@ void FakeAgent::Drain(int socket) {
 bool FakeAgent::Greet(int socket) {
   Request request;
   if (!ReceiveFrame(socket, request)) return false;
-  Reply reply;
-  reply.set_reply_to(request.id());
+  Reply reply = ReplyTo(request.id());
   reply.mutable_hello()->set_protocol_version(kiln::kProtocolVersion);
   return SendFrame(socket, reply);
 }

@@ -35,9 +35,8 @@ class FakeAgent {
   std::vector<Request> Requests() const;
   /// How many requests of a kind came.
   int Count(Request::BodyCase kind) const;
-  /// Waits until so many requests of a kind have come.
-  void WaitFor(Request::BodyCase kind, int count) const;
 
+  static Reply ReplyTo(uint32_t id);
   static bool SendFrame(int socket, const Reply& message);
   static bool SendBytes(int socket, const std::string& bytes);
   /// False at the end of the connection.

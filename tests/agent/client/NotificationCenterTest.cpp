@@ -78,13 +78,6 @@ TEST_F(NotificationCenterTest, DeliversInOrderWithTheDataOfTheKind) {
   EXPECT_EQ(m_prepared, (std::vector<int>{8, 9, 0, 18}));
 }
 
-TEST_F(NotificationCenterTest, RegistersAReceiverOnce) {
-  EXPECT_EQ(m_center.Register(&Record), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(m_center.Register(&Record), CoreErrorCodes::kItemAlreadyExists);
-  EXPECT_EQ(m_center.Unregister(&Record), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(m_center.Unregister(&Record), CoreErrorCodes::kNotFound);
-}
-
 TEST_F(NotificationCenterTest, UnregisterWaitsForARunningReceiver) {
   std::promise<void> entered;
   std::promise<void> leave;

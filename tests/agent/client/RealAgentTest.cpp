@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -233,17 +232,6 @@ TEST_F(RealAgentTest, AStoppedAgentIsNotWaitedForForLong) {
   m_kiln->Signal(SIGCONT);
   EXPECT_EQ(GetIsCoreAgentProcessRunning(Facade(), &running), CoreErrorCodes::kSuccess);
   EXPECT_EQ(running, 1);
-}
-
-TEST_F(RealAgentTest, TheTextsOfAPlugInLandInItsLog) {
-  EXPECT_EQ(BeginLogging(Facade(), "../InDesign.log"), CoreErrorCodes::kInvalidParam);
-  ASSERT_EQ(BeginLogging(Facade(), "InDesign.log"), CoreErrorCodes::kSuccess);
-  ASSERT_EQ(Log(Facade(), "=======\n"), CoreErrorCodes::kSuccess);
-  bool found = false;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(m_home.Folder().Path())) {
-    found |= entry.path().filename() == "InDesign.log" && entry.file_size() > 0;
-  }
-  EXPECT_TRUE(found);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <filesystem>
 #include <future>
 
 #include "FakeAgent.h"
@@ -48,18 +47,6 @@ TEST_F(SessionTest, WaitsForAnAgentThatIsStarting) {
   EXPECT_EQ(ping.get(), CoreErrorCodes::kSuccess);
 }
 
-TEST_F(SessionTest, GreetsWithWhoThisIs) {
-  FakeAgent agent;
-  m_session.SetHostType(4);
-  ASSERT_EQ(Ping(), CoreErrorCodes::kSuccess);
-  const auto hello = agent.Requests().at(0).hello();
-  EXPECT_EQ(hello.protocol_version(), kiln::kProtocolVersion);
-  EXPECT_EQ(hello.client_uuid(), "0-1-2-3");
-  EXPECT_EQ(hello.pid(), uint32_t(getpid()));
-  EXPECT_EQ(hello.host_type(), 4);
-  EXPECT_EQ(hello.program(), std::filesystem::read_symlink("/proc/self/exe").filename());
-}
-
 struct GreetingCase {
   const char* name;
   FakeAgent::Behaviour behaviour;
@@ -76,8 +63,7 @@ TEST_P(Greeting, DecidesWhetherThereIsAnAgent) {
 void AnswerHello(int socket, uint32_t error, uint32_t version) {
   FakeAgent::Request request;
   if (!FakeAgent::ReceiveFrame(socket, request)) return;
-  FakeAgent::Reply reply;
-  reply.set_reply_to(request.id());
+  auto reply = FakeAgent::ReplyTo(request.id());
   reply.set_error(error);
   if (version != 0) reply.mutable_hello()->set_protocol_version(version);
   FakeAgent::SendFrame(socket, reply);
@@ -105,8 +91,7 @@ TEST_F(SessionTest, AnAgentOnItsWayOutIsFollowedByTheNext) {
     if (FakeAgent::Greet(socket)) {
       FakeAgent::Request request;
       if (!FakeAgent::ReceiveFrame(socket, request)) return;
-      FakeAgent::Reply reply;
-      reply.set_reply_to(request.id());
+      auto reply = FakeAgent::ReplyTo(request.id());
       FakeAgent::SendFrame(socket, reply);
     }
   });
