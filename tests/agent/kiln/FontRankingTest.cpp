@@ -7,114 +7,104 @@
 namespace kiln {
 namespace {
 
-wire::Font Candidate(uint32_t id) {
+// What two candidates, or a document's data, may differ in.
+struct Traits {
+  uint32_t id = 0;
+  wire::FontKind kind = wire::FONT_KIND_TRUETYPE;
+  const char* version = "1.5";
+  const char* foundry = "Adobe";
+  uint32_t checksum = 11;
+  uint32_t glyphs = 22;
+  wire::ActivationState state = wire::ACTIVATION_INACTIVE;
+  bool isSystem = false;
+  bool inVault = true;
+};
+
+wire::Font Candidate(const Traits& traits) {
   wire::Font font;
-  font.set_id(id);
+  font.set_id(traits.id);
   font.set_postscript_name("Testa-Regular");
-  font.set_kind(wire::FONT_KIND_TRUETYPE);
-  font.set_version("1.5");
-  font.set_foundry("Adobe");
-  font.set_checksum(11);
-  font.set_glyphmark_checksum(22);
-  font.set_in_vault(true);
+  font.set_kind(traits.kind);
+  font.set_version(traits.version);
+  font.set_foundry(traits.foundry);
+  font.set_checksum(traits.checksum);
+  font.set_glyphmark_checksum(traits.glyphs);
+  font.set_state(traits.state);
+  font.set_is_system(traits.isSystem);
+  font.set_in_vault(traits.inVault);
   return font;
 }
 
-// The first font of each row must win against the second, in either order.
-struct RankingCase {
-  const char* name;
-  std::function<void(wire::Font& winner, wire::Font& loser, wire::FontIdentity& identity)> arrange;
-};
-
-class CompareCandidatesTest : public testing::TestWithParam<RankingCase> {};
-
-TEST_P(CompareCandidatesTest, TheBetterOneComesFirst) {
-  wire::Font winner = Candidate(9);
-  wire::Font loser = Candidate(8);
+wire::FontIdentity Identity(const std::function<void(wire::FontIdentity&)>& set) {
   wire::FontIdentity identity;
-  GetParam().arrange(winner, loser, identity);
-  EXPECT_LT(CompareCandidates(&identity, winner, loser), 0);
-  EXPECT_GT(CompareCandidates(&identity, loser, winner), 0);
+  set(identity);
+  return identity;
 }
 
-using F = wire::Font;
-using I = wire::FontIdentity;
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, CompareCandidatesTest,
-    testing::Values(
-        RankingCase{"ActiveBeforeInactive", [](F& w, F&, I&) { w.set_state(wire::ACTIVATION_AUTO); }},
-        RankingCase{"UsersFontBeforeSystemFont",
-                    [](F& w, F& l, I&) {
-                      w.set_state(wire::ACTIVATION_PERMANENT);
-                      l.set_state(wire::ACTIVATION_SYSTEM);
-                      l.set_is_system(true);
-                    }},
-        RankingCase{"ActiveBeforeNewer",
-                    [](F& w, F& l, I&) {
-                      w.set_state(wire::ACTIVATION_AUTO);
-                      l.set_version("9.0");
-                    }},
-        RankingCase{"OpenTypeBeforePostscript",
-                    [](F& w, F& l, I&) {
-                      w.set_kind(wire::FONT_KIND_OPENTYPE);
-                      l.set_kind(wire::FONT_KIND_POSTSCRIPT);
-                      l.set_version("2.0");
-                    }},
-        RankingCase{"PostscriptBeforeTrueType", [](F& w, F&, I&) { w.set_kind(wire::FONT_KIND_POSTSCRIPT); }},
-        RankingCase{"NewerVersion", [](F& w, F&, I&) { w.set_version("1.51"); }},
-        RankingCase{"VersionsAreDecimal",
-                    [](F& w, F& l, I&) {
-                      w.set_version("2.9");
-                      l.set_version("2.10");
-                    }},
-        RankingCase{"NumberBeforeText", [](F&, F& l, I&) { l.set_version("nan"); }},
-        RankingCase{"VaultBeforeElsewhere", [](F&, F& l, I&) { l.set_in_vault(false); }},
-        RankingCase{"SmallerIDLast", [](F& w, F& l, I&) { w.set_id(3), l.set_id(4); }},
-        RankingCase{"IdentityBeforeActive",
-                    [](F& w, F& l, I& i) {
-                      i.set_checksum(11);
-                      l.set_checksum(12);
-                      l.set_state(wire::ACTIVATION_PERMANENT);
-                      w.set_version("1.0");
-                    }},
-        RankingCase{"KindOfTheDocument",
-                    [](F&, F& l, I& i) {
-                      i.set_kind(wire::FONT_KIND_TRUETYPE);
-                      l.set_kind(wire::FONT_KIND_OPENTYPE);
-                    }},
-        RankingCase{"FoundryButForCase",
-                    [](F&, F& l, I& i) {
-                      i.set_foundry("ADOBE");
-                      l.set_foundry("Linotype");
-                    }},
-        RankingCase{"VersionOfTheDocumentBeforeNewer",
-                    [](F&, F& l, I& i) {
-                      i.set_version("1.5");
-                      l.set_version("3.0");
-                    }},
-        RankingCase{"ChecksumBeforeKindAndFoundry",
-                    [](F& w, F& l, I& i) {
-                      i.set_glyphmark_checksum(22);
-                      i.set_kind(wire::FONT_KIND_OPENTYPE);
-                      i.set_foundry("Linotype");
-                      l.set_glyphmark_checksum(23);
-                      l.set_kind(wire::FONT_KIND_OPENTYPE);
-                      l.set_foundry("Linotype");
-                      w.set_version("0.1");
-                    }},
-        RankingCase{"AFileThatIsThereBeforeTheRightOneThatIsNot",
-                    [](F& w, F& l, I& i) {
-                      i.set_checksum(11);
-                      w.set_checksum(12);
-                      l.set_state(wire::ACTIVATION_MISSING);
-                    }}),
-    [](const auto& tested) { return std::string(tested.param.name); });
+// The first font of each row must win against the second, in either order.
+TEST(CompareCandidates, TheBetterOneComesFirst) {
+  constexpr auto kOpenType = wire::FONT_KIND_OPENTYPE;
+  constexpr auto kPostScript = wire::FONT_KIND_POSTSCRIPT;
+  constexpr auto kAuto = wire::ACTIVATION_AUTO;
+  constexpr auto kPermanent = wire::ACTIVATION_PERMANENT;
+  using I = wire::FontIdentity;
+  const struct {
+    const char* name;
+    Traits winner;
+    Traits loser;
+    wire::FontIdentity identity = {};
+  } cases[] = {
+      {"active before inactive", {.state = kAuto}, {}},
+      {"the user's before the system's",
+       {.state = kPermanent},
+       {.state = wire::ACTIVATION_SYSTEM, .isSystem = true}},
+      {"active before newer", {.state = kAuto}, {.version = "9.0"}},
+      {"OpenType before PostScript", {.kind = kOpenType}, {.kind = kPostScript, .version = "2.0"}},
+      {"PostScript before TrueType", {.kind = kPostScript}, {}},
+      {"newer version", {.version = "1.51"}, {}},
+      {"versions are decimal", {.version = "2.9"}, {.version = "2.10"}},
+      {"number before text", {}, {.version = "nan"}},
+      {"vault before elsewhere", {}, {.inVault = false}},
+      {"smaller ID last", {.id = 3}, {.id = 4}},
+      {"identity before active",
+       {.version = "1.0"},
+       {.checksum = 12, .state = kPermanent},
+       Identity([](I& i) { i.set_checksum(11); })},
+      {"kind of the document", {}, {.kind = kOpenType}, Identity([](I& i) {
+         i.set_kind(wire::FONT_KIND_TRUETYPE);
+       })},
+      {"foundry but for case", {}, {.foundry = "Linotype"}, Identity([](I& i) { i.set_foundry("ADOBE"); })},
+      {"version of the document before newer", {}, {.version = "3.0"}, Identity([](I& i) {
+         i.set_version("1.5");
+       })},
+      {"checksum before kind and foundry",
+       {.version = "0.1"},
+       {.kind = kOpenType, .foundry = "Linotype", .glyphs = 23},
+       Identity([](I& i) {
+         i.set_glyphmark_checksum(22);
+         i.set_kind(kOpenType);
+         i.set_foundry("Linotype");
+       })},
+      {"a file that is there before the right one that is not",
+       {.checksum = 12},
+       {.state = wire::ACTIVATION_MISSING},
+       Identity([](I& i) { i.set_checksum(11); })},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.name);
+    Traits winner = row.winner;
+    Traits loser = row.loser;
+    if (winner.id == 0) winner.id = 9;
+    if (loser.id == 0) loser.id = 8;
+    EXPECT_LT(CompareCandidates(&row.identity, Candidate(winner), Candidate(loser)), 0);
+    EXPECT_GT(CompareCandidates(&row.identity, Candidate(loser), Candidate(winner)), 0);
+  }
+}
 
 TEST(Agreement, AnIdentityOfNothingButANameDecidesNothing) {
   wire::FontIdentity identity;
   identity.set_postscript_name("Testa-Regular");
-  EXPECT_EQ(Agreement(identity, Candidate(1)), 0u);
+  EXPECT_EQ(Agreement(identity, Candidate({.id = 1})), 0u);
   EXPECT_EQ(Agreement(identity, wire::Font()), 0u) << "unknown doesn't agree with unknown";
 }
 
