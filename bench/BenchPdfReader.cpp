@@ -4,9 +4,9 @@
 // "pdffonts_ratio" and "mutool_ratio" say how many times longer those programs take, "read_share" which part
 // of the file was read, "cat_ratio" how our time compares with that of "cat".
 //
-// The large file is what a catalogue put together of single pages looks like: fonts and forms of its own on
-// each page, embedded. What the others need for it grows with its fonts, what we need with its dictionaries.
-// Links: hornbeam_crossplugin
+// There are two large files: 0 is a catalogue whose pages share their fonts and are full of placed graphics,
+// 1 was put together of pages that each bring fonts of their own. What the others need grows with graphics
+// and fonts, what we need with the dictionaries of pages and fonts. Links: hornbeam_crossplugin
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -30,15 +30,16 @@ double SecondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Writes a file of pages, each with fonts and a form of its own.
+// Writes a file of pages with placed graphics, and with fonts of the first page or of their own.
 class PdfWriter {
  public:
-  PdfWriter(const std::string& path, int pages, int fontsOfAPage, size_t contentSize)
+  PdfWriter(const std::string& path, int pages, int fontsOfAPage, bool bShared, int formsOfAPage,
+            size_t contentSize)
       : m_out(path, std::ios::binary) {
     Write("%PDF-1.4\n");
     Begin(1) << "<< /Type /Catalog /Pages 2 0 R >>";
     End();
-    const int perPage = 4 + 4 * fontsOfAPage;
+    const int perPage = 3 + formsOfAPage + 4 * fontsOfAPage;
     std::string kids;
     for (int i = 0; i < pages; ++i) kids += std::to_string(3 + i * perPage) + " 0 R ";
     Begin(2) << "<< /Type /Pages /Count " << pages << " /Kids [" << kids << "] >>";
@@ -47,20 +48,24 @@ class PdfWriter {
     const std::string program(4096, 'x');
     for (int i = 0; i < pages; ++i) {
       const int page = 3 + i * perPage;
-      const auto font = [&](int n) { return page + 4 + 4 * n; };
+      const auto font = [&](int n) { return (bShared ? 3 : page) + 3 + formsOfAPage + 4 * n; };
       Begin(page) << "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 595 842] /Contents " << page + 2
                   << " 0 R /Resources " << page + 1 << " 0 R >>";
       End();
-      Begin(page + 1) << "<< /ProcSet [/PDF /Text] /XObject << /X " << page + 3 << " 0 R >> /Font << ";
+      Begin(page + 1) << "<< /ProcSet [/PDF /Text] /XObject << ";
+      for (int n = 0; n < formsOfAPage; ++n) m_out << "/X" << n << " " << page + 3 + n << " 0 R ";
+      m_out << ">> /Font << ";
       for (int n = 0; n < fontsOfAPage; ++n) m_out << "/F" << n << " " << font(n) << " 0 R ";
       m_out << ">> >>";
       End();
       Stream(page + 2, "", content);
-      Stream(page + 3,
-             "/Type /XObject /Subtype /Form /BBox [0 0 9 9] /Resources << /Font << /F0 " +
-                 std::to_string(font(0)) + " 0 R >> >>",
-             "q Q");
-      for (int n = 0; n < fontsOfAPage; ++n) {
+      for (int n = 0; n < formsOfAPage; ++n) {
+        Stream(page + 3 + n,
+               "/Type /XObject /Subtype /Form /BBox [0 0 9 9] /Resources << /Font << /F0 " +
+                   std::to_string(font(0)) + " 0 R >> >>",
+               "q Q");
+      }
+      for (int n = 0; n < fontsOfAPage && (i == 0 || !bShared); ++n) {
         const std::string name = "/ABCDEF+Family" + std::to_string(i % 40) + "-Style" + std::to_string(n);
         Begin(font(n)) << "<< /Type /Font /Subtype /TrueType /BaseFont " << name << " /FontDescriptor "
                        << font(n) + 1 << " 0 R /ToUnicode " << font(n) + 2
@@ -97,7 +102,8 @@ class PdfWriter {
     m_out << "xref\n0 " << m_offsets.size() << "\n0000000000 65535 f \n";
     for (size_t i = 1; i < m_offsets.size(); ++i) {
       char entry[32];
-      std::snprintf(entry, sizeof entry, "%010lld 00000 n \n", static_cast<long long>(m_offsets[i]));
+      std::snprintf(entry, sizeof entry, "%010lld 00000 %c \n", static_cast<long long>(m_offsets[i]),
+                    m_offsets[i] == 0 ? 'f' : 'n');
       m_out << entry;
     }
     m_out << "trailer << /Size " << m_offsets.size() << " /Root 1 0 R >>\nstartxref\n"
@@ -152,18 +158,20 @@ void ReportRatios(benchmark::State& state, const std::string& path, double secon
   state.counters["mutool_ratio"] = TimeProgram({"/usr/bin/mutool", "info", "-F"}, path) / seconds;
 }
 
-const std::string& LargeFile() {
+const std::string& LargeFile(int64_t kind) {
   static const TemporaryFolder folder;
-  static const std::string path = [] {
-    std::string name = folder.Path("large.pdf");
-    PdfWriter(name, 7800, 3, 12000);
-    return name;
-  }();
+  static std::string paths[2];
+  std::string& path = paths[kind];
+  if (path.empty()) {
+    path = folder.Path(std::to_string(kind) + ".pdf");
+    if (kind == 0) PdfWriter(path, 7800, 2, true, 30, 20000);
+    if (kind == 1) PdfWriter(path, 7800, 3, false, 1, 12000);
+  }
   return path;
 }
 
 void LargeFileWarm(benchmark::State& state) {
-  const std::string& path = LargeFile();
+  const std::string& path = LargeFile(state.range(0));
   double best = 1e9;
   Reading reading;
   for (auto _ : state) {
@@ -177,7 +185,7 @@ void LargeFileWarm(benchmark::State& state) {
   state.counters["read_share"] = static_cast<double>(reading.bytes) / size;
   ReportRatios(state, path, best);
 }
-BENCHMARK(LargeFileWarm)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(LargeFileWarm)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void DropCache(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY);
@@ -187,7 +195,7 @@ void DropCache(const std::string& path) {
 }
 
 void LargeFileCold(benchmark::State& state) {
-  const std::string& path = LargeFile();
+  const std::string& path = LargeFile(state.range(0));
   double ours = 0;
   double cat = 0;
   for (auto _ : state) {
@@ -200,7 +208,7 @@ void LargeFileCold(benchmark::State& state) {
   }
   state.counters["cat_ratio"] = ours / cat;
 }
-BENCHMARK(LargeFileCold)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(LargeFileCold)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // The median of many small files, each read once.
 void SmallFiles(benchmark::State& state) {
@@ -208,7 +216,7 @@ void SmallFiles(benchmark::State& state) {
   std::vector<std::string> paths;
   for (int i = 0; i < 50; ++i) {
     paths.push_back(folder.Path(std::to_string(i) + ".pdf"));
-    PdfWriter(paths.back(), 1 + i % 8, 1 + i % 4, 2000);
+    PdfWriter(paths.back(), 1 + i % 8, 1 + i % 4, false, 1, 2000);
     ReadFonts(paths.back());
   }
   std::vector<double> ratios;
