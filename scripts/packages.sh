@@ -4,8 +4,8 @@ build_packages=(cmake ninja-build g++ pkg-config protobuf-compiler libprotobuf-d
   libpugixml-dev libzip-dev libsqlite3-dev libfreetype-dev libfontconfig-dev uuid-dev libyajl-dev zlib1g-dev
   libcli11-dev libssl-dev libgtest-dev libgmock-dev)
 run_packages=(fontconfig fonts-dejavu-core)
-test_packages=(python3 fonts-urw-base35)
-bench_packages=(libbenchmark-dev)
+test_packages=(python3 fonts-urw-base35 poppler-utils qpdf ghostscript librsvg2-bin)
+bench_packages=(libbenchmark-dev mupdf-tools)
 lint_packages=(clang-14 clang-format clang-tidy)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
 
