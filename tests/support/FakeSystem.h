@@ -2,13 +2,10 @@
 
 #include <algorithm>
 #include <deque>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "System/Clock.h"
-#include "System/FileEvents.h"
 #include "System/Processes.h"
 #include "System/Terminal.h"
 
@@ -33,29 +30,13 @@ class FakeProcesses : public platform::Processes {
     return std::any_of(running.begin(), running.end(),
                        [pid](const auto& process) { return process.pid == pid; });
   }
-  platform::ReapResult Reap(pid_t pid, int* status) override {
-    if (IsAlive(pid)) return platform::ReapResult::kStillRunning;
-    const auto found = ended.find(pid);
-    if (found == ended.end()) return platform::ReapResult::kNotOurs;
-    if (status != nullptr) *status = found->second;
-    ended.erase(found);
-    return platform::ReapResult::kReaped;
+  platform::ReapResult Reap(pid_t pid, int*) override {
+    return IsAlive(pid) ? platform::ReapResult::kStillRunning : platform::ReapResult::kNotOurs;
   }
-  int Signal(pid_t pid, int signal) override {
-    signals.emplace_back(pid, signal);
-    return 0;
-  }
-
-  /// Ends a process with a status as of waitpid().
-  void End(pid_t pid, int status) {
-    std::erase_if(running, [pid](const auto& process) { return process.pid == pid; });
-    ended[pid] = status;
-  }
+  int Signal(pid_t, int) override { return 0; }
 
   std::vector<platform::RunningProcess> running;
   std::vector<Launched> launched;
-  std::vector<std::pair<pid_t, int>> signals;
-  std::map<pid_t, int> ended;
   int launchError = 0;
   pid_t nextPid = 1000000;
 };
@@ -98,21 +79,4 @@ class FakeTerminal : public platform::Terminal {
   int width = 80;
   std::deque<std::string> answers;
   std::string written;
-};
-
-/// Events that the test puts in; waiting returns at once.
-class FakeFileEvents : public platform::FileEvents {
- public:
-  int Watch(const std::string& folder) override {
-    watched.push_back(folder);
-    return watchError;
-  }
-  std::vector<platform::FileEvent> Wait(std::chrono::milliseconds) override {
-    return std::exchange(events, {});
-  }
-  int Descriptor() const override { return -1; }
-
-  std::vector<std::string> watched;
-  std::vector<platform::FileEvent> events;
-  int watchError = 0;
 };

@@ -16,9 +16,6 @@ class ActivationTest : public AgentTest {
     loom.SetPreference("ActivateLocally", locally);
     loom.SetPreference("ActivateGlobally", globally);
   }
-
-  const RetainPtr<CFMutableArrayRef> activated = MakeArray();
-  const RetainPtr<CFMutableArrayRef> refused = MakeArray();
 };
 
 TEST_F(ActivationTest, ModeDecidesWhichCallsAreMade) {
@@ -60,29 +57,31 @@ TEST_F(ActivationTest, OfBothCallsTheSecondDecides) {
   EXPECT_EQ(agent->ActivateFontsByID(fonts.get(), "doc", nullptr, nullptr, nullptr), -1);
 }
 
-TEST_F(ActivationTest, FailedFontsAreLeftOutOfTheActivatedOnes) {
-  Connect();
-  library.failedIDs = {9};
-  EXPECT_EQ(
-      agent->ActivateFontsByID(Fonts({7, 9, 0, 8}).get(), "doc", nullptr, activated.get(), refused.get()), 0);
-  EXPECT_EQ(FontIDsOf(activated.get()), (std::vector<unsigned int>{7, 8}));
-  EXPECT_EQ(CFArrayGetCount(refused.get()), 0);
-}
-
-TEST_F(ActivationTest, RefusedFontsAreReturnedInTheirOrder) {
-  Connect();
-  library.refusedIDs = {8, 7};
-  EXPECT_EQ(agent->ActivateFontsByID(Fonts({7, 9, 8}).get(), "doc", nullptr, activated.get(), refused.get()),
-            -1);
-  EXPECT_EQ(FontIDsOf(refused.get()), (std::vector<unsigned int>{7, 8}));
-  EXPECT_EQ(CFArrayGetCount(activated.get()), 0);
-}
-
-TEST_F(ActivationTest, CountsBeyondTheRoomAreCut) {
-  Connect();
-  library.failedIDs = {9, 1, 2, 3, 4, 5, 6};
-  EXPECT_EQ(agent->ActivateFontsByID(Fonts({7, 9}).get(), "doc", nullptr, activated.get(), nullptr), 0);
-  EXPECT_EQ(FontIDsOf(activated.get()), std::vector<unsigned int>{7});
+TEST_F(ActivationTest, EachFontIsActivatedFailedOrRefused) {
+  using IDs = std::vector<unsigned int>;
+  const struct {
+    const char* name;
+    IDs asked, failed, refused;
+    int result;
+    IDs toldActivated, toldRefused;
+  } kCases[] = {
+      {"a failed one is left out", {7, 9, 0, 8}, {9}, {}, 0, {7, 8}, {}},
+      {"refused ones come in their order", {7, 9, 8}, {}, {8, 7}, -1, {}, {7, 8}},
+      {"more failed than asked are cut", {7, 9}, {9, 1, 2, 3, 4, 5, 6}, {}, 0, {7}, {}},
+  };
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.name);
+    Connect();
+    library.failedIDs = row.failed;
+    library.refusedIDs = row.refused;
+    const auto activated = MakeArray();
+    const auto refused = MakeArray();
+    EXPECT_EQ(
+        agent->ActivateFontsByID(Fonts(row.asked).get(), "doc", nullptr, activated.get(), refused.get()),
+        row.result);
+    EXPECT_EQ(FontIDsOf(activated.get()), row.toldActivated);
+    EXPECT_EQ(FontIDsOf(refused.get()), row.toldRefused);
+  }
 }
 
 TEST_F(ActivationTest, EmptyListsAskNothing) {
@@ -96,15 +95,16 @@ TEST_F(ActivationTest, EmptyListsAskNothing) {
 
 TEST_F(ActivationTest, DeactivatedFontsAreTheOnesWithAnID) {
   Connect();
-  EXPECT_EQ(agent->DeactivateFonts(Fonts({7, 0, 9}).get(), nullptr, activated.get()), 0);
-  EXPECT_EQ(FontIDsOf(activated.get()), (std::vector<unsigned int>{7, 9}));
+  const auto deactivated = MakeArray();
+  EXPECT_EQ(agent->DeactivateFonts(Fonts({7, 0, 9}).get(), nullptr, deactivated.get()), 0);
+  EXPECT_EQ(FontIDsOf(deactivated.get()), (std::vector<unsigned int>{7, 9}));
   EXPECT_EQ(agent->DeactivateFont(MakeMatchedFont("F", 5).get(), nullptr), 0);
   EXPECT_EQ(library.calls,
             (std::vector<std::string>{"DeactivateFonts(2, [7 9], 0)", "DeactivateFonts(1, [5], 0)"}));
   library.results["DeactivateFonts"] = GFontActivation::kOSDeactivationError;
-  CFArrayRemoveAllValues(activated.get());
-  EXPECT_EQ(agent->DeactivateFonts(Fonts({7}).get(), nullptr, activated.get()), -1);
-  EXPECT_EQ(CFArrayGetCount(activated.get()), 0);
+  CFArrayRemoveAllValues(deactivated.get());
+  EXPECT_EQ(agent->DeactivateFonts(Fonts({7}).get(), nullptr, deactivated.get()), -1);
+  EXPECT_EQ(CFArrayGetCount(deactivated.get()), 0);
 }
 
 TEST_F(ActivationTest, DocumentFontsGoOutWithTheUsersSettings) {

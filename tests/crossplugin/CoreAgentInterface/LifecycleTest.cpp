@@ -52,16 +52,13 @@ TEST_F(LifecycleTest, TheManagerIsMadeOnceAndNamedByItsEdition) {
   EXPECT_EQ(library.calls, std::vector<std::string>{"GetIsCoreAgentProcessRunning(*)"});
 }
 
-TEST_F(LifecycleTest, AnOldLibraryLeavesAManagerThatIsNotCompatible) {
-  HornbeamGlobals::IdentifyPluginVersion(CFSTR("15.2.0"));
-  EXPECT_FALSE(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr));
-  EXPECT_NE(FontManagerInterface::GetFontManager(), nullptr);
-}
-
-TEST_F(LifecycleTest, AnAgentThatDoesNotRunLeavesItsManager) {
-  library.running = 0;
-  EXPECT_FALSE(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr));
-  EXPECT_NE(FontManagerInterface::GetFontManager(), nullptr);
+TEST_F(LifecycleTest, AManagerThatIsNotCompatibleOrHasNoAgentStays) {
+  for (const auto& [version, running] : {std::pair(CFSTR("15.2.0"), 1), std::pair(CFSTR("15.1.0"), 0)}) {
+    HornbeamGlobals::IdentifyPluginVersion(version);
+    library.running = running;
+    EXPECT_FALSE(FontManagerInterface::CompatibleFontManagerIsRunning(nullptr));
+    EXPECT_NE(FontManagerInterface::GetFontManager(), nullptr);
+  }
 }
 
 TEST_F(LifecycleTest, OneMissingEntryIsNoLibrary) {
@@ -91,21 +88,18 @@ TEST_F(LifecycleTest, AQuitWhileTheManagerIsMadeWaitsForIt) {
   EXPECT_EQ(library.CountCalls("DestroyThreadInstance"), 1);
 }
 
-struct QuitCase {
-  const char* name;
-  bool closeOnQuit, pluginEnabled, services;
-  int loggedIn;
-  bool deactivates;
-};
-
-const QuitCase kQuitCases[] = {
-    {"deactivates", true, true, true, 1, true},    {"preference off", false, true, true, 1, false},
-    {"plug-in off", true, false, true, 1, false},  {"services off", true, true, false, 1, false},
-    {"not logged in", true, true, true, 0, false},
-};
-
 TEST_F(LifecycleTest, FontsAreDeactivatedAtQuitWhenEverythingAllowsIt) {
-  for (const QuitCase& row : kQuitCases) {
+  const struct {
+    const char* name;
+    bool closeOnQuit, pluginEnabled, services;
+    int loggedIn;
+    bool deactivates;
+  } kCases[] = {
+      {"deactivates", true, true, true, 1, true},    {"preference off", false, true, true, 1, false},
+      {"plug-in off", true, false, true, 1, false},  {"services off", true, true, false, 1, false},
+      {"not logged in", true, true, true, 0, false},
+  };
+  for (const auto& row : kCases) {
     SCOPED_TRACE(row.name);
     library.loggedIn = 1;
     SetFlags(true);

@@ -84,6 +84,10 @@ TEST_F(QueriesTest, WalkByIndexAsksAgainForEachFont) {
 TEST_F(QueriesTest, FontInfoIsScopedByTheQueryUnlessAllAreSelected) {
   Connect();
   library.AddFont("A");
+  CFStringRef name = nullptr;
+  EXPECT_EQ(agent->GetPostscriptNameByID(name, 5, 1), 0);
+  EXPECT_EQ(ToStdString(adoptCF(name).get()), "A");
+  EXPECT_EQ(library.LastCall("GetFontInfoByID"), "GetFontInfoByID([1], 1, *, *, *)") << "the selected one";
   const auto query = MakeFontRecord({{kGM_DatabaseIDKey, "1"}, {kGM_WorkgroupIDKey, "5"}});
   FontOrSetInfoRec record;
   EXPECT_EQ(agent->GetFontInfoByID(query.get(), &record), 0);
@@ -105,16 +109,6 @@ TEST_F(QueriesTest, FontInfoThatIsNotThereLeavesTheRecordEmpty) {
   library.results["GetFontInfoByID"] = CoreErrorCodes::kNotFound;
   EXPECT_EQ(agent->GetFontInfoByID(MakeMatchedFont("A", 77).get(), &record),
             static_cast<int>(CoreErrorCodes::kNotFound));
-}
-
-TEST_F(QueriesTest, NameByIDIsScopedByTheSelectedWorkgroup) {
-  Connect();
-  library.AddFont("A");
-  CFStringRef name = nullptr;
-  EXPECT_EQ(agent->GetPostscriptNameByID(name, 5, 1), 0);
-  const auto owned = adoptCF(name);
-  EXPECT_EQ(ToStdString(name), "A");
-  EXPECT_EQ(library.LastCall("GetFontInfoByID"), "GetFontInfoByID([1], 1, *, *, *)");
 }
 
 TEST_F(QueriesTest, StatesAreToldByID) {

@@ -1,4 +1,4 @@
-#include <functional>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -11,65 +11,50 @@ namespace {
 
 struct StartCase {
   const char* name;
-  std::function<void(FakeClientLibrary&)> arrange;
+  std::map<std::string, unsigned int> results;
+  int schemaInSync, running;
   std::vector<std::string> messages;
   bool servicesAndConnected;
   int registrations;
 };
 
 const StartCase kStartCases[] = {
-    {"connects", [](FakeClientLibrary&) {}, {}, true, 1},
+    {"connects", {}, 1, 1, {}, true, 1},
     {"schema out of sync",
-     [](FakeClientLibrary& library) {
-       library.results["InitAppInstance"] = CoreErrorCodes::kError;
-       library.schemaInSync = 0;
-     },
+     {{"InitAppInstance", CoreErrorCodes::kError}},
+     0,
+     1,
      {"VaultNeedsUpgradeMessage"},
      false,
      0},
-    {"library refuses the host, schema in sync",
-     [](FakeClientLibrary& library) { library.results["InitAppInstance"] = CoreErrorCodes::kError; },
-     {},
-     false,
-     0},
-    {"agent isn't running",
-     [](FakeClientLibrary& library) { library.running = 0; },
-     {"FontManagerNotFoundMessage"},
-     false,
-     0},
-    {"agent can't be asked whether it runs",
-     [](FakeClientLibrary& library) {
-       library.results["GetIsCoreAgentProcessRunning"] = GIPCClient::kServiceUnavailable;
-     },
+    {"library refuses the host", {{"InitAppInstance", CoreErrorCodes::kError}}, 1, 1, {}, false, 0},
+    {"agent isn't running", {}, 1, 0, {"FontManagerNotFoundMessage"}, false, 0},
+    {"agent can't be asked",
+     {{"GetIsCoreAgentProcessRunning", GIPCClient::kServiceUnavailable}},
+     1,
+     1,
      {"FontManagerNotFoundMessage"},
      false,
      0},
     {"agent not found",
-     [](FakeClientLibrary& library) {
-       library.results["InitThreadInstance"] = GOspreyConfig::kAgentNotFound;
-     },
+     {{"InitThreadInstance", GOspreyConfig::kAgentNotFound}},
+     1,
+     1,
      {"FontManagerNotFoundMessage"},
      false,
      1},
-    {"agent in the wrong mode",
-     [](FakeClientLibrary& library) {
-       library.results["InitThreadInstance"] = GOspreyConfig::kAgentRunningInWrongMode;
-     },
-     {},
-     false,
-     1},
+    {"wrong mode", {{"InitThreadInstance", GOspreyConfig::kAgentRunningInWrongMode}}, 1, 1, {}, false, 1},
     {"vault in use",
-     [](FakeClientLibrary& library) { library.results["InitThreadInstance"] = GOspreySdk::kVaultInUse; },
+     {{"InitThreadInstance", GOspreySdk::kVaultInUse}},
+     1,
+     1,
      {"CouldNotOpenVaultInUseLaunchPrefs\n/vault"},
      false,
      1},
     {"vault invalid",
-     [](FakeClientLibrary& library) { library.results["InitThreadInstance"] = GOspreySdk::kInvalidVault; },
-     {"CouldNotOpenVaultLaunchPrefs\n/vault"},
-     false,
-     1},
-    {"any other failure",
-     [](FakeClientLibrary& library) { library.results["InitThreadInstance"] = CoreErrorCodes::kFatalError; },
+     {{"InitThreadInstance", GOspreySdk::kInvalidVault}},
+     1,
+     1,
      {"CouldNotOpenVaultLaunchPrefs\n/vault"},
      false,
      1},
@@ -78,16 +63,16 @@ const StartCase kStartCases[] = {
 TEST_F(AgentTest, StartShowsWhatWentWrong) {
   for (const StartCase& row : kStartCases) {
     SCOPED_TRACE(row.name);
-    library.results.clear();
-    library.schemaInSync = 1;
-    library.running = 1;
+    library.results = {row.results.begin(), row.results.end()};
+    library.schemaInSync = row.schemaInSync;
+    library.running = row.running;
     library.calls.clear();
     loom.boxes.clear();
     SetFlags(false);
     HornbeamGlobals::SetUserHasWorkgroups(true);
-    row.arrange(library);
 
     agent = std::make_unique<LiveAgent>();
+    EXPECT_EQ(library.LastCall("InitAppInstance"), "InitAppInstance(4, 0)");
     EXPECT_EQ(loom.Messages(), row.messages);
     EXPECT_EQ(HornbeamGlobals::ArePluginServicesEnabled(), row.servicesAndConnected);
     EXPECT_EQ(HornbeamGlobals::ConnectedToCore(), row.servicesAndConnected);
@@ -96,11 +81,6 @@ TEST_F(AgentTest, StartShowsWhatWentWrong) {
     agent.reset();
     EXPECT_EQ(library.CountCalls("DestroyThreadInstance"), 1);
   }
-}
-
-TEST_F(AgentTest, StartTellsTheKindOfHost) {
-  agent = std::make_unique<LiveAgent>();
-  EXPECT_EQ(library.LastCall("InitAppInstance"), "InitAppInstance(4, 0)");
 }
 
 TEST_F(AgentTest, ServicesStayAsTheyWereWhenTheHostIsRefusedWithSchemaInSync) {
@@ -112,6 +92,12 @@ TEST_F(AgentTest, ServicesStayAsTheyWereWhenTheHostIsRefusedWithSchemaInSync) {
 
 // ---- The retry rule.
 
+constexpr unsigned int kShutdown = GAgentIF::kShutdown;
+constexpr unsigned int kUnavailable = GIPCClient::kServiceUnavailable;
+constexpr unsigned int kNone = CoreErrorCodes::kNotFound;
+constexpr int kYes = 1;
+constexpr int kNo = 2;
+
 struct RetryCase {
   const char* name;
   std::deque<unsigned int> results;  // of the first calls; then success
@@ -120,56 +106,24 @@ struct RetryCase {
   int answer;  // the user's, to "try again?"
   long calls;
   size_t launches;
-  std::vector<std::string> messages;
+  const char* message;
+  size_t boxes;
   bool servicesOn;
   int result;
 };
 
-constexpr unsigned int kShutdown = GAgentIF::kShutdown;
-constexpr unsigned int kUnavailable = GIPCClient::kServiceUnavailable;
-constexpr int kYes = 1;
-constexpr int kNo = 2;
-const std::string kNotFound = "FontManagerNotFoundMessage";
-const std::string kMissing = "HSCoreAgentMissingMessage";
+const char* const kNotFound = "FontManagerNotFoundMessage";
+const char* const kMissing = "HSCoreAgentMissingMessage";
 
 const RetryCase kRetryCases[] = {
-    {"an agent that answers", {}, 0, true, kNo, 1, 0, {}, true, 0},
-    {"an error of another kind", {CoreErrorCodes::kNotFound}, 0, true, kNo, 1, 0, {}, true, -1},
-    {"gone once is silent", {kShutdown}, 0, true, kNo, 2, 1, {}, true, 0},
-    {"unavailable once is silent", {kUnavailable}, 0, true, kNo, 2, 1, {}, true, 0},
-    {"gone, then an error", {kShutdown, CoreErrorCodes::kNotFound}, 0, true, kNo, 2, 1, {}, true, -1},
-    {"gone twice is told", {kShutdown, kUnavailable}, 0, true, kNo, 3, 2, {kNotFound}, true, 0},
-    {"gone three times is told twice",
-     {kShutdown, kShutdown, kShutdown},
-     0,
-     true,
-     kNo,
-     4,
-     3,
-     {kNotFound, kNotFound},
-     true,
-     0},
-    {"gone for ever ends at the cap",
-     {},
-     kShutdown,
-     true,
-     kYes,
-     6,
-     5,
-     {kNotFound, kNotFound, kNotFound, kNotFound},
-     false,
-     -1},
-    {"can't be launched and the user gives up", {}, kShutdown, false, kNo, 1, 0, {kMissing}, false, -1},
-    {"can't be launched and the user never gives up",
-     {},
-     kShutdown,
-     false,
-     kYes,
-     1,
-     0,
-     {kMissing, kMissing, kMissing, kMissing},
-     false,
-     -1},
+    {"an agent that answers", {}, 0, true, kNo, 1, 0, "", 0, true, 0},
+    {"an error of another kind", {kNone}, 0, true, kNo, 1, 0, "", 0, true, -1},
+    {"gone once is silent", {kShutdown}, 0, true, kNo, 2, 1, "", 0, true, 0},
+    {"gone, then an error", {kShutdown, kNone}, 0, true, kNo, 2, 1, "", 0, true, -1},
+    {"gone twice is told", {kShutdown, kUnavailable}, 0, true, kNo, 3, 2, kNotFound, 1, true, 0},
+    {"gone for ever ends at the cap", {}, kShutdown, true, kYes, 6, 5, kNotFound, 4, false, -1},
+    {"can't be launched, the user gives up", {}, kShutdown, false, kNo, 1, 0, kMissing, 1, false, -1},
+    {"can't be launched, the user doesn't", {}, kShutdown, false, kYes, 1, 0, kMissing, 4, false, -1},
 };
 
 TEST_F(AgentTest, WorkIsRetriedByTheRule) {
@@ -189,7 +143,7 @@ TEST_F(AgentTest, WorkIsRetriedByTheRule) {
     EXPECT_EQ(agent->DeactivateFonts(fonts.get(), nullptr, nullptr), row.result);
     EXPECT_EQ(library.CountCalls("DeactivateFonts"), row.calls);
     EXPECT_EQ(processes.launched.size(), row.launches);
-    EXPECT_EQ(loom.Messages(), row.messages);
+    EXPECT_EQ(loom.Messages(), std::vector<std::string>(row.boxes, row.message));
     EXPECT_EQ(HornbeamGlobals::ArePluginServicesEnabled(), row.servicesOn);
     EXPECT_EQ(HornbeamGlobals::ConnectedToCore(), row.servicesOn);
     EXPECT_EQ(library.facadeGeneration - facadeBefore, static_cast<intptr_t>(row.launches));

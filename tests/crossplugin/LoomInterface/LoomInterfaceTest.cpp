@@ -93,66 +93,26 @@ TEST(LoomStart, ATableWithHolesAnswersNeutrally) {
 
 // ---- Finding.
 
-class LoomSearch : public ::testing::Test {
- protected:
-  void MakeFramework(const std::string& folder) {
-    home.Write(folder + "/TalworthPlugins.framework/Info.plist",
-               "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>x</string></dict></plist>");
-  }
-
-  TemporaryFolder home;
-  ScopedEnvironment root{"PLATFORM_SYSTEM_ROOT", home.Path()};
-  ScopedEnvironment data{"XDG_DATA_HOME", home.Path("data")};
-  FakeProcesses processes;
-  ScopedReplacement<platform::Processes> replaced{processes};
-};
-
-TEST_F(LoomSearch, NoFrameworkIsStatusTwo) {
-  const LoomInterface loom(CFSTR("InDesign"), nullptr, nullptr, nullptr);
-  EXPECT_EQ(loom.GetError(), LoomInterface::kFrameworkNotFound);
-  EXPECT_FALSE(loom.IsValid());
-}
-
 // A framework without code can't tell whether it is compatible: that it was found shows in the status.
-TEST_F(LoomSearch, FrameworkIsFoundBesideTheAgentAndInTheFixedPlace) {
-  for (const char* place : {"Kiln/PluginFiles", "Library/Frameworks"}) {
+TEST(LoomSearch, FrameworkIsFoundBesideTheAgentAndInTheFixedPlace) {
+  for (const auto& [place, status] : {std::pair("Kiln/PluginFiles", LoomInterface::kVersionRefused),
+                                      std::pair("Library/Frameworks", LoomInterface::kVersionRefused),
+                                      std::pair("Elsewhere", LoomInterface::kFrameworkNotFound)}) {
     SCOPED_TRACE(place);
-    TemporaryFolder machine;
-    ScopedEnvironment here("PLATFORM_SYSTEM_ROOT", machine.Path());
+    const TemporaryFolder machine;
+    const ScopedEnvironment root("PLATFORM_SYSTEM_ROOT", machine.Path());
+    const ScopedEnvironment data("XDG_DATA_HOME", machine.Path("data"));
+    FakeProcesses processes;
+    const ScopedReplacement<platform::Processes> replaced(processes);
     machine.Write(std::string(place) + "/TalworthPlugins.framework/Info.plist", "");
     processes.running = {{7, machine.Path("Kiln/Kiln")}};
     const LoomInterface loom(CFSTR("InDesign"), nullptr, nullptr, nullptr);
-    EXPECT_EQ(loom.GetError(), LoomInterface::kVersionRefused);
+    EXPECT_EQ(loom.GetError(), status);
+    EXPECT_FALSE(loom.IsValid());
   }
 }
 
 // ---- Preferences.
-
-TEST(LoomPreferences, EachOperationReadsItsKey) {
-  FakeLoom framework;
-  const LoomInterface& loom = framework.Loom();
-  const struct {
-    const char* key;
-    bool (LoomInterface::*get)() const;
-  } kCases[] = {
-      {"EnablePlugin", &LoomInterface::GetEnabledAutoActivationPref},
-      {"EnableGlyphMark", &LoomInterface::GetEnabledGlyphMark},
-      {"PickBestMatch", &LoomInterface::GetPickBestMatch},
-      {"SupportEmbeddedObjects", &LoomInterface::GetSupportEmbeddedObjects},
-      {"CloseFontsOnHostAppQuit", &LoomInterface::GetCloseFontsOnHostAppQuit},
-      {"CloseFontsOnDocClose", &LoomInterface::GetCloseFontsOnDocClose},
-      {"ActivateEntireFamilies", &LoomInterface::GetActivateEntireFamily},
-      {"EnableLogging", &LoomInterface::GetEnabledLoggingPref},
-  };
-  EXPECT_FALSE(loom.DoPreferencesExist());
-  for (const auto& row : kCases) {
-    SCOPED_TRACE(row.key);
-    EXPECT_FALSE((loom.*row.get)());
-    framework.SetPreference(row.key, 1);
-    EXPECT_TRUE((loom.*row.get)());
-    framework.preferences.clear();
-  }
-}
 
 TEST(LoomPreferences, WorkgroupKeepsItsSign) {
   FakeLoom framework;
@@ -176,50 +136,33 @@ TEST(LoomPreferences, TheNextGenerationPluginSwitchesGlyphMarkOn) {
 
 // ---- Message boxes.
 
-TEST(LoomMessageBoxes, EachShowsItsKeys) {
+TEST(LoomMessageBoxes, ThoseThatDependOnTheEditionOrTheCaseShowTheirKeys) {
+  using Loom = LoomInterface;
   const struct {
-    std::function<void(LoomInterface&)> show;
+    std::function<void(Loom&)> show;
     bool standalone;
     const char* box;
   } kCases[] = {
-      {[](LoomInterface& loom) { loom.ShowFontManagerNotFoundMessageBox(); }, true,
+      {&Loom::ShowFontManagerNotFoundMessageBox, true,
        "FontManagerNotFoundHeader|FontManagerNotFoundMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowHornbeamOldVersionMessageBox(); }, true,
-       "HornbeamOldVersionHeader|HornbeamOldVersionMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowUnsupportedHostAppMessageBox(); }, true,
-       "PluginWillBeDisabled|UnsupportedHostAppMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowNotLoggedInMessageBox(true); }, true,
-       "NotLoggedInHeader|NotLoggedInOfferLoginMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowNotLoggedInMessageBox(false); }, true,
-       "NotLoggedInHeader|NotLoggedInPluginDisabledMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowCoreAgentMissingMessageBox(); }, true,
-       "HSCoreAgentMissingHeader|HSCoreAgentMissingMessage|2"},
-      {[](LoomInterface& loom) { loom.ShowCoreAgentMissingMessageBox(); }, false,
-       "SYCoreAgentMissingHeader|SYCoreAgentMissingMessage|2"},
-      {[](LoomInterface& loom) { loom.ShowGoOnlineErrorMessageBox(); }, true,
-       "GoOnlineErrorHeader|GoOnlineErrorMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowNoWorkgroupsMessageBox(); }, true,
-       "NoLibrariesHeader|NoLibrariesMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowNoWorkgroupsMessageBox(); }, false,
-       "NoWorkgroupsHeader|NoWorkgroupsMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowCannotExportMessageBox(); }, true,
-       "CannotExportHeader|CannotExportMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowFontsMissingForExportMessageBox(true); }, true,
-       "MissingFontsExportHeader|MissingFontsOfflineExportMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowFontsMissingForExportMessageBox(false); }, true,
-       "MissingFontsExportHeader|MissingFontsExportMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowSetNameTooLongMessageBox(); }, true,
-       "SetNameTooLongHeader|SetNameTooLongMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowCoreAgentOutOfSyncMessageBox(); }, true,
+      {&Loom::ShowCoreAgentMissingMessageBox, true, "HSCoreAgentMissingHeader|HSCoreAgentMissingMessage|2"},
+      {&Loom::ShowCoreAgentMissingMessageBox, false, "SYCoreAgentMissingHeader|SYCoreAgentMissingMessage|2"},
+      {&Loom::ShowNoWorkgroupsMessageBox, true, "NoLibrariesHeader|NoLibrariesMessage|1"},
+      {&Loom::ShowNoWorkgroupsMessageBox, false, "NoWorkgroupsHeader|NoWorkgroupsMessage|1"},
+      {&Loom::ShowCoreAgentOutOfSyncMessageBox, true,
        "HSCoreAgentOutOfSyncHeader|HSCoreAgentOutOfSyncMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowCoreAgentOutOfSyncMessageBox(); }, false,
+      {&Loom::ShowCoreAgentOutOfSyncMessageBox, false,
        "SYCoreAgentOutOfSyncHeader|SYCoreAgentOutOfSyncMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowVaultNeedsUpgradeMessage(); }, true,
-       "VaultNeedsUpgradeTitle|VaultNeedsUpgradeMessage|1"},
-      {[](LoomInterface& loom) { loom.ShowVaultInUseMessage(CFSTR("/v")); }, true,
+      {[](Loom& loom) { loom.ShowNotLoggedInMessageBox(true); }, true,
+       "NotLoggedInHeader|NotLoggedInOfferLoginMessage|1"},
+      {[](Loom& loom) { loom.ShowNotLoggedInMessageBox(false); }, true,
+       "NotLoggedInHeader|NotLoggedInPluginDisabledMessage|1"},
+      {[](Loom& loom) { loom.ShowFontsMissingForExportMessageBox(true); }, true,
+       "MissingFontsExportHeader|MissingFontsOfflineExportMessage|1"},
+      {[](Loom& loom) { loom.ShowFontsMissingForExportMessageBox(false); }, true,
+       "MissingFontsExportHeader|MissingFontsExportMessage|1"},
+      {[](Loom& loom) { loom.ShowVaultInUseMessage(CFSTR("/v")); }, true,
        "-|CouldNotOpenVaultInUseLaunchPrefs\n/v|1"},
-      {[](LoomInterface& loom) { loom.ShowVaultNotAvailableMessage(CFSTR("/v")); }, true,
-       "-|CouldNotOpenVaultLaunchPrefs\n/v|1"},
   };
   FakeLoom framework;
   FakeFontManager manager;
@@ -261,18 +204,6 @@ TEST(LoomMessageBoxes, TheHostTellsThatThereIsNoFramework) {
   LoomInterface::SetHostMessageProc(nullptr);
   EXPECT_TRUE(sHostMessage.starts_with("The Talworth plug-in could not locate a running copy of"));
   EXPECT_TRUE(framework.boxes.empty());
-}
-
-TEST(LoomDialogs, ATextIsAskedFor) {
-  FakeLoom framework;
-  CFStringRef answer = nullptr;
-  EXPECT_TRUE(framework.Loom().AskForOneString(CFSTR("t"), CFSTR("p"), CFSTR("proposed"), &answer));
-  const auto owned = adoptCF(answer);
-  EXPECT_EQ(ToStdString(answer), "proposed");
-  framework.cancelsText = true;
-  CFStringRef untouched = nullptr;
-  EXPECT_FALSE(framework.Loom().AskForOneString(CFSTR("t"), CFSTR("p"), CFSTR("proposed"), &untouched));
-  EXPECT_EQ(untouched, nullptr);
 }
 
 }  // namespace
