@@ -56,7 +56,12 @@ TEST_F(ProcessFontsTest, AFontWhoseFileHasMovedLeavesTheOldOne) {
 struct FollowCase {
   const char* name;
   Files inFolders;
-  ProcessFonts::Change change;  // font 1 is this process's since message 5
+  struct {
+    unsigned int fontID;
+    bool active;
+    const char* file;
+    unsigned int order;
+  } change;  // font 1 is this process's since message 5
   bool reloads;
   Files added;
 };
@@ -66,25 +71,24 @@ class Follow : public ProcessFontsTest, public testing::WithParamInterface<Follo
 TEST_P(Follow, ReadsTheFoldersOnlyWhenTheyTellSomethingNew) {
   m_fonts.Activate({{1, "mine.otf"}}, 5);
   m_system->inFolders = GetParam().inFolders;
-  m_fonts.Follow({GetParam().change});
+  const auto& change = GetParam().change;
+  m_fonts.Follow({{change.fontID, change.active, change.file, change.order}});
   EXPECT_EQ(m_system->reloads, GetParam().reloads ? 1 : 0);
   EXPECT_EQ(m_system->added, GetParam().added);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Changes, Follow,
-    testing::Values(
-        FollowCase{"OwnActivation", {}, {1, true, "link/mine.otf", 6}, false, {"mine.otf"}},
-        FollowCase{"OthersActivation", {}, {2, true, "link/2.otf", 6}, true, {"mine.otf"}},
-        FollowCase{
-            "OthersActivationSeenAlready", {"link/2.otf"}, {2, true, "link/2.otf", 6}, false, {"mine.otf"}},
-        FollowCase{"OthersLocalActivation", {}, {2, true, "", 6}, false, {"mine.otf"}},
-        FollowCase{"OthersDeactivation", {"link/2.otf"}, {2, false, "link/2.otf", 6}, true, {"mine.otf"}},
-        FollowCase{"OthersDeactivationNeverSeen", {}, {2, false, "link/2.otf", 6}, false, {"mine.otf"}},
-        FollowCase{"TakenAwayByHand", {}, {1, false, "link/mine.otf", 6}, true, {}},
-        FollowCase{
-            "TakenAwayBeforeItWasActivatedAgain", {}, {1, false, "link/mine.otf", 4}, false, {"mine.otf"}}),
-    [](const auto& info) { return info.param.name; });
+const FollowCase kFollowCases[] = {
+    {"OwnActivation", {}, {1, true, "link/mine.otf", 6}, false, {"mine.otf"}},
+    {"OthersActivation", {}, {2, true, "link/2.otf", 6}, true, {"mine.otf"}},
+    {"OthersActivationSeenAlready", {"link/2.otf"}, {2, true, "link/2.otf", 6}, false, {"mine.otf"}},
+    {"OthersLocalActivation", {}, {2, true, "", 6}, false, {"mine.otf"}},
+    {"OthersDeactivation", {"link/2.otf"}, {2, false, "link/2.otf", 6}, true, {"mine.otf"}},
+    {"OthersDeactivationNeverSeen", {}, {2, false, "link/2.otf", 6}, false, {"mine.otf"}},
+    {"TakenAwayByHand", {}, {1, false, "link/mine.otf", 6}, true, {}},
+    {"TakenAwayBeforeItWasActivatedAgain", {}, {1, false, "link/mine.otf", 4}, false, {"mine.otf"}}};
+
+INSTANTIATE_TEST_SUITE_P(Changes, Follow, testing::ValuesIn(kFollowCases),
+                         [](const auto& info) { return info.param.name; });
 
 TEST_F(ProcessFontsTest, OnlyTheLastWordOnAFontCounts) {
   m_fonts.Follow({{2, true, "link/2.otf", 6}, {2, false, "link/2.otf", 7}});
