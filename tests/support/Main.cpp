@@ -21,14 +21,16 @@ std::string Grown(const Counts& before, const Counts& after) {
   return text;
 }
 
-/// Names each test that leaves CoreFoundation objects behind. What a test suite holds for all of its tests, or a
-/// shared object for the rest of the program, is not a fault yet: only what is left at the very end fails.
+/// Names each test that leaves CoreFoundation objects behind. What a test suite holds for all of its tests,
+/// or a shared object for the rest of the program, is not a fault yet: only what is left at the very end
+/// fails.
 class LiveObjectListener : public testing::EmptyTestEventListener {
  public:
   void OnTestStart(const testing::TestInfo&) override { before_ = LiveObjectCounts(); }
   void OnTestEnd(const testing::TestInfo& test) override {
     const std::string grown = Grown(before_, LiveObjectCounts());
-    if (!grown.empty()) left_ += std::string("  ") + test.test_suite_name() + "." + test.name() + ": " + grown + "\n";
+    if (!grown.empty())
+      left_ += std::string("  ") + test.test_suite_name() + "." + test.name() + ": " + grown + "\n";
   }
 
   const std::string& Left() const { return left_; }
@@ -41,9 +43,11 @@ class LiveObjectListener : public testing::EmptyTestEventListener {
 }  // namespace
 
 #ifdef __SANITIZE_ADDRESS__
-// fontconfig keeps pointers as offsets, which the leak check can't follow: what it holds to the end looks lost.
-extern "C" const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
-const char* __lsan_default_suppressions() {            // NOLINT(bugprone-reserved-identifier)
+// fontconfig keeps pointers as offsets, which the leak check can't follow: what it holds to the end looks
+// lost. Visible, or the sanitizer's library doesn't find it.
+extern "C" __attribute__((visibility("default"))) const char*
+__lsan_default_suppressions();               // NOLINT(bugprone-reserved-identifier)
+const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
   return "leak:libfontconfig\n";
 }
 #endif
@@ -56,6 +60,7 @@ int main(int argc, char** argv) {
   const int result = RUN_ALL_TESTS();
   const std::string left = Grown({}, LiveObjectCounts());
   if (left.empty()) return result;
-  std::cerr << "CoreFoundation objects are left over: " << left << "\nTests that left some:\n" << listener->Left();
+  std::cerr << "CoreFoundation objects are left over: " << left << "\nTests that left some:\n"
+            << listener->Left();
   return result == 0 ? 1 : result;
 }
