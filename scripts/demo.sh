@@ -30,7 +30,7 @@ heading() {
 # What fc-list shows; the one family that this home has without Kiln is only counted.
 show_fc_list() {
   fc-list : family style | sort | grep -v '^DejaVu' || true
-  echo "(and $(fc-list : family | grep -c '^DejaVu') fonts of the system's DejaVu)"
+  echo "(and $(fc-list : family style | grep -c '^DejaVu') fonts of the system's DejaVu)"
 }
 
 demo() {
