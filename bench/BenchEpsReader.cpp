@@ -1,6 +1,8 @@
 // The EPS reader on a file of 300 MB with fonts in its body, against `grep -c -a '%%'` on the same file in
 // the C locale: "of_grep" is the reader's share of grep's time. A file of that size without font comments
-// costs its header alone. Links: hornbeam_crossplugin
+// costs its header alone.
+//
+// Links: hornbeam_crossplugin
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 

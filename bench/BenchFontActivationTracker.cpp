@@ -1,6 +1,7 @@
 // Registers fonts with documents and closes the documents again, at the agent and one by one. Time should be
-// linear in the number of registrations: the column "per_registration" stays level from row to row. Links:
-// hornbeam_crossplugin
+// linear in the number of registrations: the column "per_registration" stays level from row to row.
+//
+// Links: hornbeam_crossplugin
 #include <benchmark/benchmark.h>
 
 #include "Activation/FontActivationTracker.h"

@@ -1,5 +1,6 @@
 // Names looked up in bulk against the plain triple walk, filling from a font manager, and the number of
 // questions to the agent that a sort costs. "walk_ratio" says how many times longer the plain walk takes.
+//
 // Links: hornbeam_crossplugin
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,7 @@
 // Illustrator's private data: unpacked, written to the temporary file and read from it, against inflate alone
-// on the same stream. "inflate_ratio" is our time in terms of that. Links: hornbeam_crossplugin ZLIB::ZLIB
+// on the same stream. "inflate_ratio" is our time in terms of that.
+//
+// Links: hornbeam_crossplugin ZLIB::ZLIB
 #include <benchmark/benchmark.h>
 #include <zlib.h>
 

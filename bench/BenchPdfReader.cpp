@@ -6,7 +6,9 @@
 //
 // There are two large files: 0 is a catalogue whose pages share their fonts and are full of placed graphics,
 // 1 was put together of pages that each bring fonts of their own. What the others need grows with graphics
-// and fonts, what we need with the dictionaries of pages and fonts. Links: hornbeam_crossplugin
+// and fonts, what we need with the dictionaries of pages and fonts.
+//
+// Links: hornbeam_crossplugin
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/wait.h>

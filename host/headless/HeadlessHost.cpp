@@ -9,7 +9,6 @@
 #include "PlugIn.h"
 #include "headless/ActivityReport.h"
 #include "headless/Alert.h"
-#include "headless/Alert.h"
 #include "headless/CommandProcessor.h"
 #include "headless/FontManager.h"
 #include "headless/HostLink.h"

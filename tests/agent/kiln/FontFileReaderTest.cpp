@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "support/FontBuilder.h"
 #include "kiln/reader/FontChecksums.h"
 #include "kiln/reader/FontFileReader.h"
 #include "kiln/reader/FontText.h"
 #include "protocol/ErrorCodes.h"
+#include "support/FontBuilder.h"
 #include "support/TemporaryFolder.h"
 
 namespace kiln {

@@ -6,10 +6,10 @@
 
 #include <map>
 
-#include "support/FontBuilder.h"
 #include "kiln/fonts/FontReaderPool.h"
 #include "kiln/system/BoundedLog.h"
 #include "protocol/ErrorCodes.h"
+#include "support/FontBuilder.h"
 #include "support/TemporaryFolder.h"
 
 namespace kiln {

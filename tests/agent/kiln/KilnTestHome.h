@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "support/FontBuilder.h"
 #include "WireClient.h"
+#include "support/FontBuilder.h"
 #include "support/PrivateHome.h"
 #include "support/ProgramRun.h"
 

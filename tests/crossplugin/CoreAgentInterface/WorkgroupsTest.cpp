@@ -1,6 +1,6 @@
 #include "Activation/Vocabulary/FontRecordKeys.h"
-#include "CoreAgentInterface/AgentTest.h"
 #include "Activation/Vocabulary/WorkgroupRecord.h"
+#include "CoreAgentInterface/AgentTest.h"
 #include "Memory/CFVector.h"
 
 namespace {

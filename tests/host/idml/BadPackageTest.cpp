@@ -72,9 +72,8 @@ const BadPackageCase kCases[] = {
      "as no document does"},
     {"DeepNesting",
      [](IdmlFixture& f) {
-       f.SetBody("Stories/Story_u1.xml",
-                 Numbered(20'000, [](const std::string&) { return "<Group>"; }) +
-                     Numbered(20'000, [](const std::string&) { return "</Group>"; }));
+       f.SetBody("Stories/Story_u1.xml", Numbered(20'000, [](const std::string&) { return "<Group>"; }) +
+                                             Numbered(20'000, [](const std::string&) { return "</Group>"; }));
      },
      "nested too deep"},
     {"StyleOnItself",
