@@ -1,5 +1,7 @@
 // A property-list round trip of 10,000 font records. "parser_ratio" says how many times longer it takes than
-// the XML parser alone needs for the same text. Links: hornbeam_platform pugixml::pugixml
+// the XML parser alone needs for the same text.
+//
+// Links: hornbeam_platform pugixml::pugixml
 #include <CoreFoundation/CoreFoundation.h>
 #include <benchmark/benchmark.h>
 
