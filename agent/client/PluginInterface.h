@@ -33,7 +33,7 @@
 /// and what the agent answers for a vault or database that it can't use. The rows name further codes. Unless
 /// a row says otherwise, outputs are untouched when the result isn't 0.
 ///
-/// Entries marked (later) answer 0x08000000, CoreErrorCodes::kNotImplemented, and touch nothing.
+/// Entries marked (not offered) answer 0x08000000, CoreErrorCodes::kNotImplemented, and touch nothing.
 ///
 /// Units: font and workgroup IDs are the agent's unsigned 32-bit database IDs, font ID 0 is no font,
 /// workgroup 0 means all workgroups; counts and capacities are numbers of elements, `size` is a number of
@@ -118,16 +118,16 @@ TALWORTH_EXPORT ErrCode ActivateDocumentFontsByPath(FacadeRef, const char* path,
                                                     bool pickBestMatch, bool glyphMarkEnabled,
                                                     int workgroupID, CFMutableArrayRef outMatched,
                                                     CFMutableArrayRef outProblems);
-/// 3. Puts fonts into sets (later).
+/// 3. Puts fonts into sets (not offered).
 TALWORTH_EXPORT ErrCode AddFontsToSets(FacadeRef, unsigned long fontCount, const unsigned int* fontIDs,
                                        unsigned long setCount, const unsigned int* setIDs);
 /// 4. Names the file, in the folder of the agent's own log, that this process's texts go to from now on, over
 /// reconnects. 0x04000000: no name, or a folder in it. 0x02001004: the file can't be opened.
 TALWORTH_EXPORT ErrCode BeginLogging(FacadeRef, const char* logFileName);
-/// 5. Whether all the fonts may be exported (later).
+/// 5. Whether all the fonts may be exported (not offered).
 TALWORTH_EXPORT ErrCode CanExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                        int* outAllowed);
-/// 6. Makes a set of fonts in a workgroup (later).
+/// 6. Makes a set of fonts in a workgroup (not offered).
 TALWORTH_EXPORT ErrCode CreateTopLevelSet(FacadeRef, int* outSetID, const char* name, int workgroupID,
                                           int zeroA, int zeroB, unsigned long count,
                                           const unsigned int* fontIDs);
@@ -140,10 +140,10 @@ TALWORTH_EXPORT ErrCode DeactivateFonts(FacadeRef, unsigned long count, const un
 TALWORTH_EXPORT ErrCode DestroyThreadInstance(FacadeRef);
 /// 9. Whether the agent is there to activate fonts for documents; this agent needs no leave for it.
 TALWORTH_EXPORT ErrCode EnableDesignActivation(FacadeRef);
-/// 10. Copies the fonts' files into a folder (later).
+/// 10. Copies the fonts' files into a folder (not offered).
 TALWORTH_EXPORT ErrCode ExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                     const char* destinationPath, int zeroA, int zeroB);
-/// 11. Appends the records of the font's family (later).
+/// 11. Appends the records of the font's family (not offered).
 TALWORTH_EXPORT ErrCode FindFontsInSameFamilyForActivation(CFDictionaryRef font,
                                                            const unsigned int* workgroupIDs,
                                                            unsigned long workgroupCount,
@@ -235,7 +235,7 @@ TALWORTH_EXPORT ErrCode ResetPluginFacadeInstance(void);
 TALWORTH_EXPORT ErrCode GetPostscriptNameColumnID(char* buffer, unsigned long size);  ///< 46
 TALWORTH_EXPORT ErrCode GetDisplayNameColumnID(char* buffer, unsigned long size);     ///< 47
 TALWORTH_EXPORT ErrCode GetScannedFoundryColumnID(char* buffer, unsigned long size);  ///< 48
-TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);         ///< 49 (later)
+TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);         ///< 49 (not offered)
 TALWORTH_EXPORT ErrCode GetWorkgroupIDColumnID(char* buffer, unsigned long size);     ///< 50
 TALWORTH_EXPORT ErrCode GetWorkgroupNameColumnID(char* buffer, unsigned long size);   ///< 51
 TALWORTH_EXPORT ErrCode GetWorkgroupTypeColumnID(char* buffer, unsigned long size);   ///< 52
@@ -246,7 +246,7 @@ TALWORTH_EXPORT ErrCode InitAppInstance(FacadeRef, int hostType, int zero);
 /// 54. Begins work with the agent. 0x02002005: no agent process; 0x03002005: it runs but doesn't answer, or
 /// speaks another protocol; 0x01002008: the vault can't be used; 0x02002008: another agent holds the vault.
 TALWORTH_EXPORT ErrCode InitThreadInstance(FacadeRef);
-TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);  ///< 55 (later)
+TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);  ///< 55 (not offered)
 
 // ----------------------------------------------------------------------------------------------------
 // 56 to 84
@@ -263,65 +263,65 @@ TALWORTH_EXPORT ErrCode OSDoesDirectoryExist(FacadeRef, const char* path);
 /// 0x0100200A: this process can't see one of them; those were given back.
 TALWORTH_EXPORT ErrCode PreviewActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                              int zero);
-TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);  ///< 60 (later)
-TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);    ///< 61 (later)
-TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);     ///< 62 (later)
+TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);  ///< 60 (not offered)
+TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);    ///< 61 (not offered)
+TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);     ///< 62 (not offered)
 /// 63. 1 when the agent has the library of Google fonts among its workgroups.
 TALWORTH_EXPORT ErrCode GetIsGoogleWebFontsEnabled(FacadeRef, int* outEnabled);
-TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);  ///< 64 (later)
+TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);  ///< 64 (not offered)
 TALWORTH_EXPORT ErrCode GetRenderedPNGsDirectory(FacadeRef, char* buffer,
-                                                 unsigned long size);  ///< 65 (later)
-/// 66. Draws previews of font names; each comes as notification 17 (later).
+                                                 unsigned long size);  ///< 65 (not offered)
+/// 66. Draws previews of font names; each comes as notification 17 (not offered).
 TALWORTH_EXPORT ErrCode RenderFontNamePreviewPNGs(FacadeRef, unsigned long highPriorityCount,
                                                   const unsigned int* highPriorityIDs, unsigned long count,
                                                   const unsigned int* fontIDs, unsigned int smartListID,
                                                   int c14, int c400, int c30, int c1);
 TALWORTH_EXPORT ErrCode RenameSmartList(FacadeRef, unsigned int smartListID,
-                                        const char* name);                     ///< 67 (later)
-TALWORTH_EXPORT ErrCode DeleteSmartList(FacadeRef, unsigned int smartListID);  ///< 68 (later)
+                                        const char* name);                     ///< 67 (not offered)
+TALWORTH_EXPORT ErrCode DeleteSmartList(FacadeRef, unsigned int smartListID);  ///< 68 (not offered)
 TALWORTH_EXPORT ErrCode GetSmartList(FacadeRef, unsigned int smartListID,
-                                     CFMutableDictionaryRef outList);  ///< 69 (later)
+                                     CFMutableDictionaryRef outList);  ///< 69 (not offered)
 TALWORTH_EXPORT ErrCode GetPanelSmartListTree(FacadeRef, unsigned int smartListID,
-                                              CFMutableStringRef outTree);  ///< 70 (later)
-/// 71. The IDs of the fonts that a query of workgroups, sets and smart sets finds (later).
+                                              CFMutableStringRef outTree);  ///< 70 (not offered)
+/// 71. The IDs of the fonts that a query of workgroups, sets and smart sets finds (not offered).
 TALWORTH_EXPORT ErrCode QueryForSmartListFonts(FacadeRef, unsigned long workgroupCount,
                                                const unsigned int* workgroupIDs, unsigned long setCount,
                                                const unsigned int* setIDs, unsigned long smartSetCount,
                                                const unsigned int* smartSetIDs, CFMutableArrayRef outFontIDs);
-TALWORTH_EXPORT ErrCode GetAllSmartLists(FacadeRef, CFMutableArrayRef outLists);  ///< 72 (later)
-/// 73. Makes a smart list of a query (later).
+TALWORTH_EXPORT ErrCode GetAllSmartLists(FacadeRef, CFMutableArrayRef outLists);  ///< 72 (not offered)
+/// 73. Makes a smart list of a query (not offered).
 TALWORTH_EXPORT ErrCode CreateSmartList(FacadeRef, const char* name, unsigned long workgroupCount,
                                         const unsigned int* workgroupIDs, unsigned long setCount,
                                         const unsigned int* setIDs, unsigned long smartSetCount,
                                         const unsigned int* smartSetIDs, unsigned int* outSmartListID);
-/// 74. Gives a smart list another query (later).
+/// 74. Gives a smart list another query (not offered).
 TALWORTH_EXPORT ErrCode SetSmartListQuery(FacadeRef, unsigned int smartListID, unsigned long workgroupCount,
                                           const unsigned int* workgroupIDs, unsigned long setCount,
                                           const unsigned int* setIDs, unsigned long smartSetCount,
                                           const unsigned int* smartSetIDs);
 TALWORTH_EXPORT ErrCode GetSmartListFonts(FacadeRef, unsigned int smartListID,
-                                          CFMutableArrayRef outFonts);  ///< 75 (later)
+                                          CFMutableArrayRef outFonts);  ///< 75 (not offered)
 /// 76. Ends the library's work in this process: its threads have ended, no callback runs any more (they stay
 /// registered), the process's own fonts are taken out again. Takes any facade. Always 0. A later
 /// GetPluginFacadeInstance() begins anew.
 TALWORTH_EXPORT ErrCode CleanUpOnShutdown(FacadeRef);
-/// 77. For each ID the ID of another active font of the same PostScript name, else 0 (later).
+/// 77. For each ID the ID of another active font of the same PostScript name, else 0 (not offered).
 TALWORTH_EXPORT ErrCode GetFontConflicts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                          unsigned int* outConflicts);
 TALWORTH_EXPORT ErrCode TrackFontPanelClick(FacadeRef, unsigned int fontID,
-                                            const char* version);  ///< 78 (later)
-/// 79. A flag, not a code: 1 when Google fonts may be reached. 0 until then (later).
+                                            const char* version);  ///< 78 (not offered)
+/// 79. A flag, not a code: 1 when Google fonts may be reached. 0 until then (not offered).
 TALWORTH_EXPORT int CanAccessGoogleFonts(FacadeRef);
 /// 80. Tells the agent which fonts a document uses, in one call. `fonts` may be null (none);
 /// `hostDisplayName` and `hostCategory` may be null (empty).
 TALWORTH_EXPORT ErrCode SaveDocumentFonts(FacadeRef, const char* path, const char* hostDisplayName,
                                           const char* hostCategory, CFArrayRef fonts);
 TALWORTH_EXPORT ErrCode GetFontUsage(FacadeRef, const char* path,
-                                     CFMutableArrayRef outFonts);  ///< 81 (later)
+                                     CFMutableArrayRef outFonts);  ///< 81 (not offered)
 TALWORTH_EXPORT ErrCode GetAdobeXMPData(FacadeRef, const char* path,
-                                        CFMutableArrayRef outFonts);  ///< 82 (later)
+                                        CFMutableArrayRef outFonts);  ///< 82 (not offered)
 TALWORTH_EXPORT ErrCode GetGlyphMarkXMPData(FacadeRef, const char* path,
-                                            CFMutableArrayRef outFonts);                ///< 83 (later)
-TALWORTH_EXPORT ErrCode WriteFontUsage(FacadeRef, const char* path, CFArrayRef fonts);  ///< 84 (later)
+                                            CFMutableArrayRef outFonts);                ///< 83 (not offered)
+TALWORTH_EXPORT ErrCode WriteFontUsage(FacadeRef, const char* path, CFArrayRef fonts);  ///< 84 (not offered)
 
 }  // extern "C"
