@@ -99,7 +99,7 @@ class KilnSession {
   bool AddFolder(const std::string& folder) const {
     const auto results = MakeArray();
     const std::vector<std::string> paths{folder};
-    return KilnLibraryAddPaths(Facade(), ToCFArray(paths).get(), nullptr, nullptr, results.get()) == 0;
+    return KilnLibraryAddPaths(Facade(), 0, ToCFArray(paths).get(), nullptr, nullptr, results.get()) == 0;
   }
 
   unsigned long RequestCount() const {

@@ -92,7 +92,7 @@ ErrCode KilnLibrary::AddPaths(const std::vector<std::string>& paths, KilnProgres
     }
   }
   const RetainPtr<CFMutableArrayRef> results = NewArray();
-  const ErrCode code = m_addPaths(m_getFacade(), list.get(), progress, context, results.get());
+  const ErrCode code = m_addPaths(m_getFacade(), 0, list.get(), progress, context, results.get());
   if (code != 0) return code;
   outResults.insert(outResults.end(), unsayable.begin(), unsayable.end());
   for (CFIndex i = 0; i < CFArrayGetCount(results.get()); ++i) {

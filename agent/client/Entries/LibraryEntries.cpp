@@ -56,8 +56,8 @@ RetainPtr<CFMutableDictionaryRef> ResultRecord(const kiln::wire::AddedFile& file
 
 }  // namespace
 
-ErrCode KilnLibraryAddPaths(FacadeRef facade, CFArrayRef paths, KilnProgressProc progress, void* context,
-                            CFMutableArrayRef outResults) {
+ErrCode KilnLibraryAddPaths(FacadeRef facade, unsigned int workgroupID, CFArrayRef paths,
+                            KilnProgressProc progress, void* context, CFMutableArrayRef outResults) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
     if (paths == nullptr || outResults == nullptr) return CoreErrorCodes::kNullPointer;
     if (dynamicCF<CFArrayRef>(paths) == nullptr || dynamicCF<CFMutableArrayRef>(outResults) == nullptr) {
@@ -65,6 +65,7 @@ ErrCode KilnLibraryAddPaths(FacadeRef facade, CFArrayRef paths, KilnProgressProc
     }
     ClientMessage request;
     auto& list = *request.mutable_add_files();
+    list.set_workgroup_id(workgroupID);
     for (const std::string& path : ToStringVector(paths)) {
       std::error_code error;  // the agent runs in another folder
       const std::string whole = std::filesystem::absolute(path, error);

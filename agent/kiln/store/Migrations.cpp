@@ -106,7 +106,29 @@ INSERT INTO workgroups (id, name, type) VALUES (1, 'Font Library (LOCALIZE ME)',
 INSERT INTO clients (id, uuid, pid, start_time, host_type, program) VALUES (1, '', 0, 0, 0, '');
 )sql";
 
-constexpr const char* const kSteps[] = {kFirstSchema};
+// Workgroups can be hidden, be filled from a folder, forbid export and refuse fonts. A file of such a folder
+// is known by path, size and time, so that a second look reads only what is new.
+constexpr const char* kWorkgroupSources = R"sql(
+ALTER TABLE workgroups ADD COLUMN hidden INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE workgroups ADD COLUMN folder TEXT;
+ALTER TABLE workgroups ADD COLUMN export_allowed INTEGER NOT NULL DEFAULT 1;
+ALTER TABLE workgroup_fonts ADD COLUMN refused INTEGER NOT NULL DEFAULT 0;
+CREATE TABLE folder_files (
+  workgroup_id INTEGER NOT NULL REFERENCES workgroups(id) ON DELETE CASCADE,
+  path TEXT NOT NULL,
+  size INTEGER NOT NULL,
+  modified INTEGER NOT NULL,
+  file_id INTEGER REFERENCES files(id) ON DELETE CASCADE,
+  PRIMARY KEY (workgroup_id, path)
+) WITHOUT ROWID;
+CREATE INDEX folder_files_by_file ON folder_files(file_id);
+CREATE TABLE settings (
+  name TEXT PRIMARY KEY,
+  value TEXT NOT NULL
+) WITHOUT ROWID;
+)sql";
+
+constexpr const char* const kSteps[] = {kFirstSchema, kWorkgroupSources};
 
 bool CheckPasses(Database& database) {
   int64_t count = 0;

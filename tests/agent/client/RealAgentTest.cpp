@@ -52,7 +52,7 @@ class RealAgentTest : public testing::Test {
 
   void AddFonts(std::vector<std::string> paths) {
     const auto results = MakeArray();
-    ASSERT_EQ(KilnLibraryAddPaths(Facade(), ToCFArray(paths).get(), nullptr, nullptr, results.get()),
+    ASSERT_EQ(KilnLibraryAddPaths(Facade(), 0, ToCFArray(paths).get(), nullptr, nullptr, results.get()),
               CoreErrorCodes::kSuccess);
     for (const auto& result : ToVector<CFDictionaryRef>(results.get())) {
       m_statuses += GetStringFromDict(result.get(), CFSTR("status")) + " ";
