@@ -120,7 +120,8 @@ CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringR
   if (const std::string folder = ToStdString(subfolder); !folder.empty()) file.insert(0, folder + "/");
   for (const std::string& place : {source->ResourcesFolder(), source->LocalizedFolder()}) {
     std::error_code error;
-    const std::string candidate = place + "/" + file;
+    std::string candidate = place;
+    candidate.append("/").append(file);
     const std::filesystem::file_status status = std::filesystem::status(candidate, error);
     if (std::filesystem::exists(status)) return cf::NewURL(candidate, std::filesystem::is_directory(status));
   }
