@@ -5,7 +5,6 @@
 
 #include "kiln/fonts/LibraryImport.h"
 #include "protocol/ErrorCodes.h"
-#include "protocol/PermissionColumns.h"
 
 namespace kiln {
 namespace {
@@ -16,34 +15,31 @@ constexpr int kIDsPerEvent = 100000;
 
 }  // namespace
 
-bool LibraryRequests::Handle(Connection& connection, const wire::ClientMessage& message,
-                             wire::ServerMessage& reply) {
+Handling LibraryRequests::Handle(const std::shared_ptr<Connection>& connection,
+                                 const wire::ClientMessage& message, wire::ServerMessage& reply) {
   switch (message.body_case()) {
     case wire::ClientMessage::kFontInfo:
-      reply.set_error(FontInfo(connection, message.font_info(), *reply.mutable_font_info()));
-      return true;
+      reply.set_error(FontInfo(*connection, message.font_info(), *reply.mutable_font_info()));
+      return Handling::kDone;
     case wire::ClientMessage::kFontsByName:
-      FontsByName(connection, message.fonts_by_name(), *reply.mutable_fonts_by_name());
-      return true;
+      FontsByName(*connection, message.fonts_by_name(), *reply.mutable_fonts_by_name());
+      return Handling::kDone;
     case wire::ClientMessage::kListFonts:
-      ListFonts(connection, message.list_fonts(), *reply.mutable_list_fonts());
-      return true;
-    case wire::ClientMessage::kWorkgroups:
-      Workgroups(message.workgroups(), *reply.mutable_workgroups());
-      return true;
-    case wire::ClientMessage::kPermission:
-      reply.mutable_permission()->set_allowed(IsAllowed(message.permission()));
-      return true;
+      ListFonts(*connection, message.list_fonts(), *reply.mutable_list_fonts());
+      return Handling::kDone;
     case wire::ClientMessage::kListActivations:
       for (wire::Activation& activation : mState.library->activations.List()) {
         *reply.mutable_list_activations()->add_activations() = std::move(activation);
       }
-      return true;
+      return Handling::kDone;
     case wire::ClientMessage::kSaveDocumentFonts:
       reply.set_error(mState.library->documents.Save(message.save_document_fonts()));
-      return true;
+      return Handling::kDone;
+    case wire::ClientMessage::kAddFiles:
+      reply.set_error(AddFiles(connection, message.id(), message.add_files()));
+      return reply.error() == codes::kSuccess ? Handling::kLater : Handling::kDone;
     default:
-      return false;
+      return Handling::kNotMine;
   }
 }
 
@@ -79,7 +75,7 @@ void LibraryRequests::ListFonts(Connection& connection, const wire::ListFontsReq
   uint32_t after = request.after_id();
   // Fonts outside the scope don't count for the page, so that one page may take several looks.
   for (;;) {
-    const std::vector<uint32_t> ids = library.fonts.After(after, kFontsPerPage);
+    const std::vector<uint32_t> ids = library.fonts.After(after, kFontsPerPage, scope);
     for (const uint32_t id : ids) {
       after = id;
       std::optional<FontRow> row = library.fonts.Load(id, scope);
@@ -93,21 +89,6 @@ void LibraryRequests::ListFonts(Connection& connection, const wire::ListFontsReq
     }
     if (ids.size() < kFontsPerPage) return;
   }
-}
-
-void LibraryRequests::Workgroups(const wire::WorkgroupsRequest& request, wire::WorkgroupsReply& reply) {
-  for (wire::Workgroup& workgroup : mState.library->workgroups.All()) {
-    if (workgroup.type() == wire::WORKGROUP_SYSTEM && !request.include_system()) continue;
-    if (workgroup.type() == wire::WORKGROUP_TYPEKIT && !request.include_typekit()) continue;
-    *reply.add_workgroups() = std::move(workgroup);
-  }
-}
-
-// Standalone, the user may do everything with what is there.
-bool LibraryRequests::IsAllowed(const wire::PermissionRequest& request) {
-  if (request.column_id() == kCanActivateAcrossWorkgroupsColumn) return request.across_workgroups();
-  if (request.column_id() != kExportFontsColumn) return false;
-  return request.workgroup_id() == 0 || mState.library->workgroups.TypeOf(request.workgroup_id()).has_value();
 }
 
 uint32_t LibraryRequests::AddFiles(const std::shared_ptr<Connection>& connection, uint32_t requestID,

@@ -4,6 +4,7 @@
 
 #include "kiln/server/AgentState.h"
 #include "kiln/server/Connection.h"
+#include "kiln/server/Handling.h"
 
 namespace kiln {
 
@@ -13,20 +14,18 @@ class LibraryRequests {
   explicit LibraryRequests(AgentState& state) : mState(state) {}
 
   /// As SessionRequests::Handle(); the library is there.
-  bool Handle(Connection& connection, const wire::ClientMessage& message, wire::ServerMessage& reply);
+  Handling Handle(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message,
+                  wire::ServerMessage& reply);
 
+ private:
   /// Begins an import, which answers by itself.
   /// \return 0; or why there is none, which the caller answers.
   uint32_t AddFiles(const std::shared_ptr<Connection>& connection, uint32_t requestID,
                     const wire::AddFilesRequest& request);
-
- private:
   uint32_t FontInfo(Connection& connection, const wire::FontInfoRequest& request, wire::FontInfoReply& reply);
   void FontsByName(Connection& connection, const wire::FontsByNameRequest& request,
                    wire::FontsByNameReply& reply);
   void ListFonts(Connection& connection, const wire::ListFontsRequest& request, wire::ListFontsReply& reply);
-  void Workgroups(const wire::WorkgroupsRequest& request, wire::WorkgroupsReply& reply);
-  bool IsAllowed(const wire::PermissionRequest& request);
 
   AgentState& mState;
 };

@@ -27,10 +27,23 @@ bool NeedsSystemFonts(wire::ClientMessage::BodyCase body) {
     case wire::ClientMessage::kFontsByName:
     case wire::ClientMessage::kListFonts:
     case wire::ClientMessage::kWorkgroups:
+    case wire::ClientMessage::kFamilyFonts:
+    case wire::ClientMessage::kFontConflicts:
+    case wire::ClientMessage::kChangeWorkgroupFonts:
+    case wire::ClientMessage::kCreateSet:
+    case wire::ClientMessage::kAddFontsToSets:
+    case wire::ClientMessage::kExportFonts:
+    case wire::ClientMessage::kCanExportFonts:
       return true;
     default:
       return false;
   }
+}
+
+// Most errors come without a body. These say what was done all the same, or how to understand the error.
+bool TellsMoreThanTheError(const wire::ServerMessage& reply) {
+  return reply.has_hello() ||
+         (reply.has_activate_fonts() && reply.error() == codes::kLicenseComplianceViolation);
 }
 
 }  // namespace
@@ -46,7 +59,8 @@ Server::Server(asio::io_context& context, const KilnPaths& paths, Options option
       mState{context, paths, log, *this, mReaders, nullptr, nullptr, 0, 0},
       mSession(mState),
       mActivation(mState),
-      mLibrary(mState) {}
+      mLibrary(mState),
+      mWorkgroups(mState) {}
 
 Server::~Server() {
   // Connections may outlive the server in handlers that are never called; they must not call back.
@@ -136,25 +150,38 @@ void Server::Answer(const std::shared_ptr<Connection>& connection, const wire::C
   wire::ServerMessage reply;
   reply.set_reply_to(message.id());
   ActivationChange change;
-  bool known = message.body_case() != wire::ClientMessage::BODY_NOT_SET;
+  mAnswering = true;
+  Handling handling = Handling::kDone;
+  const bool known = message.body_case() != wire::ClientMessage::BODY_NOT_SET;
   if (known && !connection->saidHello && message.body_case() != wire::ClientMessage::kHello) {
     reply.set_error(codes::kNotInitialized);
-  } else if (!known || mSession.Handle(*connection, message, reply)) {
-    if (!known) reply.set_error(codes::kNotImplemented);
-  } else if (!mState.library) {
-    reply.set_error(mState.vaultError);
-  } else if (message.body_case() == wire::ClientMessage::kAddFiles) {
-    reply.set_error(mLibrary.AddFiles(connection, message.id(), message.add_files()));
-    if (reply.error() == codes::kSuccess) return;
-  } else if (!mActivation.Handle(*connection, message, reply, change) &&
-             !mLibrary.Handle(*connection, message, reply)) {
+  } else if (!known) {
     reply.set_error(codes::kNotImplemented);
+  } else if (!mSession.Handle(*connection, message, reply)) {
+    if (mState.library) {
+      handling = HandleByLibrary(connection, message, reply, change);
+    } else {
+      reply.set_error(mState.vaultError);
+    }
   }
-  // Hello's error comes with what the client needs to understand it.
-  if (reply.error() != codes::kSuccess && !reply.has_hello()) reply.clear_body();
-  connection->Send(reply);
-  if (reply.has_hello() && reply.error() != codes::kSuccess) connection->SendRestAndClose();
+  if (handling != Handling::kLater) {
+    if (reply.error() != codes::kSuccess && !TellsMoreThanTheError(reply)) reply.clear_body();
+    connection->Send(reply);
+    if (reply.has_hello() && reply.error() != codes::kSuccess) connection->SendRestAndClose();
+  }
+  mAnswering = false;
+  for (const std::function<void()>& event : std::exchange(mHeldEvents, {})) event();
   mState.clients.Announce(connection->clientID, change);
+}
+
+Handling Server::HandleByLibrary(const std::shared_ptr<Connection>& connection,
+                                 const wire::ClientMessage& message, wire::ServerMessage& reply,
+                                 ActivationChange& change) {
+  if (mActivation.Handle(*connection, message, reply, change)) return Handling::kDone;
+  Handling handling = mLibrary.Handle(connection, message, reply);
+  if (handling == Handling::kNotMine) handling = mWorkgroups.Handle(connection, message, reply);
+  if (handling == Handling::kNotMine) reply.set_error(codes::kNotImplemented);
+  return handling;
 }
 
 void Server::OnClosed(const std::shared_ptr<Connection>& connection) {
@@ -199,14 +226,20 @@ void Server::Stop() {
 }
 
 void Server::Broadcast(const wire::ServerMessage& event) {
-  for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) {
-    if (connection->saidHello) connection->Send(event);
-  }
+  Send([](const Connection&) { return true; }, event);
 }
 
 void Server::SendTo(int64_t clientID, const wire::ServerMessage& event) {
+  Send([clientID](const Connection& connection) { return connection.clientID == clientID; }, event);
+}
+
+void Server::Send(const std::function<bool(const Connection&)>& isFor, const wire::ServerMessage& event) {
+  if (mAnswering) {
+    mHeldEvents.push_back([this, isFor, event] { Send(isFor, event); });
+    return;
+  }
   for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) {
-    if (connection->saidHello && connection->clientID == clientID) connection->Send(event);
+    if (connection->saidHello && isFor(*connection)) connection->Send(event);
   }
 }
 

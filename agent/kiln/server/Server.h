@@ -3,10 +3,11 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/local/stream_protocol.hpp>
 #include <boost/asio/steady_timer.hpp>
-#include <map>
+#include <functional>
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "kiln/server/ActivationRequests.h"
 #include "kiln/server/AgentState.h"
@@ -14,6 +15,7 @@
 #include "kiln/server/Connection.h"
 #include "kiln/server/LibraryRequests.h"
 #include "kiln/server/SessionRequests.h"
+#include "kiln/server/WorkgroupRequests.h"
 
 namespace kiln {
 
@@ -48,6 +50,9 @@ class Server : public ClientHub {
   void Take(boost::asio::local::stream_protocol::socket socket);
   void OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
   void Answer(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
+  Handling HandleByLibrary(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message,
+                           wire::ServerMessage& reply, ActivationChange& change);
+  void Send(const std::function<bool(const Connection&)>& isFor, const wire::ServerMessage& event);
   void OnClosed(const std::shared_ptr<Connection>& connection);
   void WatchIdle();
 
@@ -60,11 +65,14 @@ class Server : public ClientHub {
   std::string mSocketPath;
   bool mStopping = false;
   std::set<std::shared_ptr<Connection>> mConnections;
+  bool mAnswering = false;
+  std::vector<std::function<void()>> mHeldEvents;  // until the reply has gone out
   FontReaderPool mReaders;
   AgentState mState;
   SessionRequests mSession;
   ActivationRequests mActivation;
   LibraryRequests mLibrary;
+  WorkgroupRequests mWorkgroups;
 };
 
 }  // namespace kiln

@@ -1,5 +1,7 @@
 #include "kiln/store/FontStore.h"
 
+#include <algorithm>
+
 #include "kiln/fonts/Vault.h"
 
 namespace kiln {
@@ -13,18 +15,21 @@ FontStore::FontStore(Database& database, const KilnPaths& paths)
             " i.id, i.hash, i.system_path, i.extension, i.link, i.missing"
             " FROM fonts f JOIN files i ON i.id = f.file_id JOIN family_groups g ON g.id = f.family_group_id"
             " WHERE f.id = ?"),
-      mWorkgroups(
-          database,
-          "SELECT w.id, w.name, w.type FROM workgroup_fonts m JOIN workgroups w ON w.id = m.workgroup_id"
-          " WHERE m.font_id = ? ORDER BY w.id"),
+      mWorkgroups(database,
+                  "SELECT w.id, w.name, w.type, w.hidden, m.refused FROM workgroup_fonts m"
+                  " JOIN workgroups w ON w.id = m.workgroup_id WHERE m.font_id = ? ORDER BY w.hidden, w.id"),
       mWithPostScriptName(database, "SELECT id FROM fonts WHERE postscript_name = ? ORDER BY id"),
       mWithFamily(database,
                   "SELECT id FROM fonts WHERE family = ?1 UNION SELECT f.id FROM fonts f"
                   " JOIN family_groups g ON g.id = f.family_group_id WHERE g.name = ?1 ORDER BY 1"),
       mInFamilyGroup(database, "SELECT id FROM fonts WHERE family_group_id = ? ORDER BY id"),
       mAfter(database, "SELECT id FROM fonts WHERE id > ? ORDER BY id LIMIT ?"),
-      mCountOfLibrary(
-          database, "SELECT count(*) FROM fonts f JOIN files i ON i.id = f.file_id WHERE i.hash IS NOT NULL"),
+      mAfterInWorkgroup(database,
+                        "SELECT font_id FROM workgroup_fonts WHERE workgroup_id = ? AND font_id > ?"
+                        " ORDER BY font_id LIMIT ?"),
+      mCountOfLibrary(database,
+                      "SELECT count(*) FROM fonts f JOIN files i ON i.id = f.file_id WHERE i.hash IS NOT NULL"
+                      " AND EXISTS (SELECT 1 FROM workgroup_fonts m WHERE m.font_id = f.id)"),
       mCountOfSystem(database,
                      "SELECT count(*) FROM fonts f JOIN files i ON i.id = f.file_id"
                      " WHERE i.system_path IS NOT NULL") {}
@@ -35,7 +40,10 @@ bool FontStore::ReadWorkgroup(const WorkgroupScope& scope, wire::Font& font) {
   mWorkgroups.Start(font.id());
   while (mWorkgroups.Next()) {
     const auto id = static_cast<uint32_t>(mWorkgroups.Number(0));
-    if (!scope.Contains(id)) continue;
+    // A mark counts wherever it was made.
+    if (mWorkgroups.Number(4) != 0) font.set_refused(true);
+    const bool hidden = mWorkgroups.Number(3) != 0;
+    if (!scope.Contains(id) || (hidden && !scope.IsAnywhere())) continue;
     const size_t rank = scope.IsAll() ? 0 : scope.RankOf(id);
     if (found && rank >= best) continue;
     found = true;
@@ -44,7 +52,7 @@ bool FontStore::ReadWorkgroup(const WorkgroupScope& scope, wire::Font& font) {
     font.set_workgroup_name(mWorkgroups.Text(1));
     font.set_workgroup_type(static_cast<wire::WorkgroupType>(mWorkgroups.Number(2)));
   }
-  return found;
+  return found || scope.IsAnywhere();
 }
 
 std::optional<FontRow> FontStore::Load(uint32_t id, const WorkgroupScope& scope) {
@@ -100,9 +108,21 @@ std::vector<uint32_t> FontStore::InFamilyGroup(uint32_t group) {
   return IDs(mInFamilyGroup);
 }
 
-std::vector<uint32_t> FontStore::After(uint32_t id, uint32_t limit) {
-  mAfter.Start(id, limit);
-  return IDs(mAfter);
+std::vector<uint32_t> FontStore::After(uint32_t id, uint32_t limit, const WorkgroupScope& scope) {
+  if (scope.IsAll()) {
+    mAfter.Start(id, limit);
+    return IDs(mAfter);
+  }
+  std::vector<uint32_t> ids;
+  for (const auto& [workgroup, rank] : scope.Ranks()) {
+    mAfterInWorkgroup.Start(workgroup, id, limit);
+    const std::vector<uint32_t> members = IDs(mAfterInWorkgroup);
+    ids.insert(ids.end(), members.begin(), members.end());
+  }
+  std::sort(ids.begin(), ids.end());
+  ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+  if (ids.size() > limit) ids.resize(limit);
+  return ids;
 }
 
 uint32_t FontStore::CountOfLibrary() {

@@ -27,16 +27,18 @@ class FontStore {
  public:
   FontStore(Database& database, const KilnPaths& paths);
 
-  /// \param scope  Gives the workgroup that the record names: the first of the scope that holds the font.
+  /// \param scope  Gives the workgroup that the record names: the first of the scope that holds the font, a
+  ///               hidden one last. None (ID 0) for a font that was found without any.
   /// \return Nothing for an unknown ID and for a font that is in no workgroup of the scope.
-  std::optional<FontRow> Load(uint32_t id, const WorkgroupScope& scope = {});
+  std::optional<FontRow> Load(uint32_t id, const WorkgroupScope& scope = WorkgroupScope::Anywhere());
 
   /// Fonts of that exact name, by ascending ID. The family is the four-style or the typographic one.
   std::vector<uint32_t> WithPostScriptName(const std::string& name);
   std::vector<uint32_t> WithFamily(const std::string& name);
   std::vector<uint32_t> InFamilyGroup(uint32_t group);
-  /// All fonts behind an ID, by ascending ID, up to `limit` of them.
-  std::vector<uint32_t> After(uint32_t id, uint32_t limit);
+  /// Fonts behind an ID, by ascending ID, up to `limit` of them: of the workgroups that the scope names, or
+  /// all there are. Load() tells which of them the scope really has.
+  std::vector<uint32_t> After(uint32_t id, uint32_t limit, const WorkgroupScope& scope);
 
   uint32_t CountOfLibrary();
   uint32_t CountOfSystem();
@@ -52,6 +54,7 @@ class FontStore {
   Statement mWithFamily;
   Statement mInFamilyGroup;
   Statement mAfter;
+  Statement mAfterInWorkgroup;
   Statement mCountOfLibrary;
   Statement mCountOfSystem;
 };

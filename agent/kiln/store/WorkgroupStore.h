@@ -16,13 +16,13 @@ class WorkgroupStore {
  public:
   explicit WorkgroupStore(Database& database);
 
-  /// By ascending ID, each with the number of its fonts.
-  std::vector<wire::Workgroup> All();
-  /// Nothing for an unknown ID.
+  /// All that aren't hidden, by ascending ID, each with the number of its fonts.
+  std::vector<wire::Workgroup> Listed();
+  /// Nothing for an unknown ID, and for a hidden one.
   std::optional<wire::WorkgroupType> TypeOf(uint32_t id);
 
  private:
-  Statement mAll;
+  Statement mListed;
   Statement mTypeOf;
 };
 

@@ -77,10 +77,12 @@ wire::ServerMessage WireClient::Ask(wire::ClientMessage request) {
   Send(request);
   wire::ServerMessage message;
   while (Read(message)) {
-    if (message.reply_to() == request.id() && !message.has_progress()) return message;
+    if (message.reply_to() == request.id() && !message.has_progress() && !message.has_task_progress()) {
+      return message;
+    }
     if (message.has_progress()) {
       mProgress.push_back(message.progress());
-    } else {
+    } else if (!message.has_task_progress()) {
       mEvents.push_back(message);
     }
   }
