@@ -1,23 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <vector>
 
 #include "Memory/CFVector.h"
 #include "Memory/LiveObjects.h"
 
 namespace {
-
-TEST(CFBase, AnObjectGoesWithItsLastReference) {
-  const long before = LiveObjectCounts()["CFArray"];
-  CFMutableArrayRef array = CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks);
-  CFRetain(array);
-  CFRelease(array);
-  EXPECT_EQ(CFGetRetainCount(array), 1);
-  EXPECT_EQ(LiveObjectCounts()["CFArray"], before + 1);
-  CFRelease(array);
-  EXPECT_EQ(LiveObjectCounts()["CFArray"], before);
-}
 
 TEST(CFBase, ConstantsLiveForEverAndAreNotCounted) {
   const auto before = LiveObjectCounts();
@@ -29,19 +17,6 @@ TEST(CFBase, ConstantsLiveForEverAndAreNotCounted) {
   }
   EXPECT_EQ(LiveObjectCounts(), before);
   EXPECT_EQ(CFSTR("same"), CFSTR("same"));
-}
-
-TEST(CFBase, CountsAreAtomic) {
-  const auto object = adoptCF(CFStringCreateWithCString(nullptr, "shared", kCFStringEncodingUTF8));
-  std::vector<std::thread> threads;
-  threads.reserve(4);
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&object] {
-      for (int j = 0; j < 20000; ++j) CFRelease(CFRetain(object.get()));
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(CFGetRetainCount(object.get()), 1);
 }
 
 TEST(CFBase, NullIsNeutralEverywhere) {

@@ -1,12 +1,9 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "Memory/CFVector.h"
-#include "support/TemporaryFolder.h"
 
 namespace {
 
@@ -182,32 +179,22 @@ TEST(CFPropertyList, RefusesWhatIsNotAPropertyList) {
       {"bplist00\xD4", "isn't an XML"},
       {"{ a = b; }", "isn't an XML"},
       {"<plist>", "Offset"},
-      {"<plist/>", "an empty property list"},
-      {"<?xml version=\"1.0\"?>", "Offset"},
       {"<plist><true/><true/></plist>", "more than one value"},
-      {"<true/><true/>", "a second root"},
       {"<blink>a</blink>", "<blink> is unknown"},
-      {"<string>&nbsp;</string>", "an undefined entity"},
       {"<string>&#xD800;</string>", "an undefined entity"},
-      {"<string>&#0;</string>", "an undefined entity"},
       {"<string>a & b</string>", "an undefined entity"},
       {"<string>\xFF</string>", "isn't valid UTF-8"},
       {"<string><b/></string>", "an element in <string>"},
       {"<true>x</true>", "text in a boolean"},
-      {"<integer>1.5</integer>", "not an integer"},
-      {"<integer></integer>", "not an integer"},
       {"<integer>--5</integer>", "not an integer"},
       {"<integer>18446744073709551616</integer>", "not an integer"},
       {"<integer>-9223372036854775809</integer>", "not an integer"},
-      {"<real>--1</real>", "not a real"},
       {"<real>1,5</real>", "not a real"},
       {"<date>2001-02-29T00:00:00Z</date>", "not a date"},
-      {"<date>2001-01-01 00:00:00</date>", "not a date"},
       {"<date>2001-01-01T24:00:00Z</date>", "not a date"},
       {"<data>a</data>", "not base 64"},
       {"<data>ab=c</data>", "not base 64"},
       {"<data>aGk=aGk=</data>", "not base 64"},
-      {"<data>a!==</data>", "not base 64"},
       {"<dict><key>a</key></dict>", "a key without a value"},
       {"<dict><string>a</string><true/></dict>", "<key> is missing"},
       {"<dict>x<key>a</key><true/></dict>", "text in <dict>"},
@@ -285,68 +272,6 @@ TEST(CFPropertyList, OptionsSayWhatMayChange) {
       }
     }
   }
-}
-
-/// Runs a program of Python with the folder as its first argument; gives what it printed.
-std::string Python(const TemporaryFolder& folder, const std::string& program) {
-  const std::string script = folder.Write("script.py", program);
-  FILE* pipe = popen(("python3 '" + script + "' '" + folder.Path() + "' 2>&1").c_str(), "r");
-  if (pipe == nullptr) return "no pipe";
-  std::string output;
-  char buffer[4096];
-  for (size_t length = 0; (length = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-    output.append(buffer, length);
-  return pclose(pipe) == 0 ? output : "failed: " + output;
-}
-
-TEST(CFPropertyList, PythonReadsOursAndWeReadPythons) {
-  if (std::system("python3 -c 'import plistlib' 2>/dev/null") != 0) GTEST_SKIP() << "python3 is missing";
-  const TemporaryFolder folder;
-  const auto list = MakeDictionary();
-  const auto values = MakeArray();
-  CFDictionarySetValue(list.get(), CFSTR("values"), values.get());
-  const std::string text = " <&>\"'\r\n\t é😀\uFFFD ";
-  const std::string bytes =
-      "\0\x01\xFF binary, long enough for two lines of base 64 at this depth of the list"s;
-  for (const RetainPtr<CFTypeRef>& value :
-       {RetainPtr<CFTypeRef>(ToCFString(text)), RetainPtr<CFTypeRef>(ToCFData(bytes)), Integer(-5), Real(0.1),
-        Real(1), Real(HUGE_VAL), Date(725846400), retainCF<CFTypeRef>(kCFBooleanFalse),
-        RetainPtr<CFTypeRef>(MakeArray())}) {
-    CFArrayAppendValue(values.get(), value.get());
-  }
-  folder.Write("ours.plist", Write(list.get()));
-  folder.Write("text", text);
-  folder.Write("bytes", bytes);
-  EXPECT_EQ(Python(folder, R"(
-import plistlib, sys, datetime, math
-folder = sys.argv[1]
-read = lambda name: open(folder + '/' + name, 'rb').read()
-theirs = {'values': [read('text').decode(), read('bytes'), -5, 0.1, 1.0, math.inf,
-                     datetime.datetime(2024, 1, 2), False, []]}
-ours = plistlib.loads(read('ours.plist'), fmt=plistlib.FMT_XML)
-assert ours == theirs, ours
-assert [type(a) for a in ours['values']] == [type(a) for a in theirs['values']]
-theirs['values'] += [2**64 - 1, -2**63, 1e-7, 'x' * 100, {'b': {}, 'a': bytes(range(256))}]
-open(folder + '/theirs.plist', 'wb').write(plistlib.dumps(theirs))
-# The same bytes, where both agree on how a number is written.
-same = {'k': [1, True, 'a', b'x' * 200, {'deep': [{'deeper': b'y' * 200}]}, [], {}, datetime.datetime(1999, 12, 31)]}
-open(folder + '/same.plist', 'wb').write(plistlib.dumps(same))
-print('good')
-)"),
-            "good\n");
-  const auto theirs = Read(folder.Read("theirs.plist"));
-  const auto* read =
-      dynamicCF<CFArrayRef>(CFDictionaryGetValue(dynamicCF<CFDictionaryRef>(theirs.get()), CFSTR("values")));
-  ASSERT_EQ(CFArrayGetCount(read), 14);
-  // Python itself writes carriage returns as line feeds.
-  for (CFIndex i = 1; i < 9; ++i) {
-    EXPECT_TRUE(CFEqual(CFArrayGetValueAtIndex(read, i), CFArrayGetValueAtIndex(values.get(), i))) << i;
-  }
-  EXPECT_EQ(ToBytes(dynamicCF<CFDataRef>(CFDictionaryGetValue(
-                        dynamicCF<CFDictionaryRef>(CFArrayGetValueAtIndex(read, 13)), CFSTR("a"))))
-                .size(),
-            256U);
-  EXPECT_EQ(Write(Read(folder.Read("same.plist")).get()), folder.Read("same.plist"));
 }
 
 }  // namespace

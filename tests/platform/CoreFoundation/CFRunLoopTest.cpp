@@ -37,16 +37,6 @@ TEST(CFRunLoop, ATimerWithoutAnIntervalFiresOnceAndIsThenInvalid) {
   EXPECT_EQ(CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false), kCFRunLoopRunFinished);
 }
 
-TEST(CFRunLoop, ARepeatingTimerFiresUntilItIsInvalidated) {
-  int fired = 0;
-  Action count = [&fired](CFRunLoopTimerRef timer) {
-    if (++fired == 5) CFRunLoopTimerInvalidate(timer);
-  };
-  CFRunLoopAddTimer(CFRunLoopGetCurrent(), Timer(&count, 0.0001).get(), kCFRunLoopDefaultMode);
-  CFRunLoopRun();
-  EXPECT_EQ(fired, 5);
-}
-
 TEST(CFRunLoop, TimersFireInTheOrderOfTheirTimes) {
   std::string order;
   Action a = [&order](CFRunLoopTimerRef) { order += 'a'; };

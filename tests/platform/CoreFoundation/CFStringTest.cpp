@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cmath>
-#include <limits>
 
 #include "Memory/CFVector.h"
 
@@ -177,18 +175,6 @@ TEST(CFString, FindGivesRangesOfTheSource) {
   EXPECT_EQ(range.location, 2);
 }
 
-TEST(CFString, FindAndReplaceDoesNotLookIntoWhatItPutIn) {
-  const auto text = Mutable("aaXaaa");
-  EXPECT_EQ(CFStringFindAndReplace(text.get(), CFSTR("aa"), CFSTR("aaaa"), {0, 6}, 0), 2);
-  EXPECT_EQ(ToStdString(text.get()), "aaaaXaaaaa");
-  EXPECT_EQ(CFStringFindAndReplace(text.get(), CFSTR(""), CFSTR("b"), {0, 99}, 0), 0);
-  EXPECT_EQ(CFStringFindAndReplace(text.get(), CFSTR("A"), text.get(), {0, 2}, kCFCompareCaseInsensitive), 2);
-  EXPECT_EQ(CFStringGetLength(text.get()), 28);
-  const auto backwards = Mutable("aaa");
-  EXPECT_EQ(CFStringFindAndReplace(backwards.get(), CFSTR("aa"), CFSTR("-"), {0, 3}, kCFCompareBackwards), 1);
-  EXPECT_EQ(ToStdString(backwards.get()), "a-");
-}
-
 TEST(CFString, EditingKeepsToItsBounds) {
   const auto text = Mutable("hello");
   CFStringInsert(text.get(), 6, CFSTR("!"));
@@ -210,18 +196,6 @@ TEST(CFString, EditingKeepsToItsBounds) {
   CFStringTrim(quoted.get(), CFSTR("---"));
   CFStringTrim(quoted.get(), CFSTR(""));
   EXPECT_EQ(ToStdString(quoted.get()), "-");
-}
-
-TEST(CFString, NumbersAtTheStartAreRead) {
-  const std::pair<const char*, SInt32> integers[] = {
-      {"42abc", 42}, {"  -7", -7}, {"+3", 3},  {"99999999999999999999", INT_MAX}, {"-99999999999", INT_MIN},
-      {"", 0},       {"abc", 0},   {"0x10", 0}};
-  for (const auto& [text, value] : integers)
-    EXPECT_EQ(CFStringGetIntValue(ToCFString(text).get()), value) << text;
-  const std::pair<const char*, double> reals[] = {
-      {"1.5x", 1.5}, {"-.5e1", -5}, {"1e", 1}, {"1e999", HUGE_VAL}, {"nan", 0}, {"inf", 0}, {"0x1p4", 0}};
-  for (const auto& [text, value] : reals)
-    EXPECT_EQ(CFStringGetDoubleValue(ToCFString(text).get()), value) << text;
 }
 
 std::string Format(CFStringRef format, ...) {
@@ -252,17 +226,6 @@ TEST(CFString, AnUnsoundFormatStandsForItself) {
   EXPECT_EQ(Format(CFSTR("%1$d %1$@"), 1), "%1$d %1$@");
   EXPECT_EQ(Format(CFSTR("%99999999999$d"), 1), "%99999999999$d");
   EXPECT_EQ(Format(CFSTR("%99999999999d"), 1).size(), 4096U);
-}
-
-TEST(CFString, EqualStringsHashAlikeWhateverTheirMutability) {
-  const auto changing = Mutable("ab");
-  EXPECT_EQ(CFHash(changing.get()), CFHash(CFSTR("ab")));
-  EXPECT_TRUE(CFEqual(changing.get(), CFSTR("ab")));
-  CFStringAppend(changing.get(), CFSTR("c"));
-  EXPECT_EQ(CFHash(changing.get()), CFHash(CFSTR("abc")));
-  const auto copy = adoptCF(CFStringCreateCopy(nullptr, changing.get()));
-  CFStringAppend(changing.get(), CFSTR("d"));
-  EXPECT_EQ(ToStdString(copy.get()), "abc");
 }
 
 }  // namespace

@@ -7,11 +7,7 @@
 
 #include "System/FileEvents.h"
 #include "System/StandardFolders.h"
-#include "System/SystemRoot.h"
-#include "System/Terminal.h"
-#include "support/FakeSystem.h"
 #include "support/ScopedEnvironment.h"
-#include "support/ScopedReplacement.h"
 #include "support/TemporaryFolder.h"
 
 namespace {
@@ -29,13 +25,6 @@ TEST(StandardFolders, FollowTheVariablesThatAreAbsolute) {
   EXPECT_EQ(StandardFolders::CacheHome(), "/home/ada/.cache");
   const ScopedEnvironment noHome("HOME", std::nullopt);
   EXPECT_EQ(StandardFolders::Home().front(), '/');
-}
-
-TEST(StandardFolders, TheLocalDomainLiesBelowTheSystemRoot) {
-  const ScopedEnvironment root("PLATFORM_SYSTEM_ROOT", "/private/home/");
-  EXPECT_EQ(StandardFolders::LocalDomain(), "/private/home/usr/local/share");
-  const ScopedEnvironment none("PLATFORM_SYSTEM_ROOT", std::nullopt);
-  EXPECT_EQ(platform::InSystemRoot("/Library/Frameworks"), "/Library/Frameworks");
 }
 
 TEST(StandardFolders, TheRuntimeFolderFitsASocketPath) {
