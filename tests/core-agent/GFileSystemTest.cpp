@@ -88,19 +88,3 @@ TEST(GFileSystem, KeepsANameThatIsNotUtf8WhenItExists) {
   EXPECT_EQ(GFileSystem::OSExpandPath(path), root + "/caf\xE9");
   EXPECT_EQ(GFileSystem::OSExpandPath(folder.Path("th\xE9")), root + "/th\xC3\xA9");
 }
-
-TEST(GFileSystem, FindsTheFoldersOfTheDomains) {
-  const TemporaryFolder folder;
-  const std::string root = GFileSystem::OSExpandPath(folder.Path());
-  const ScopedEnvironment systemRoot("PLATFORM_SYSTEM_ROOT", root);
-  const ScopedEnvironment dataHome("XDG_DATA_HOME", root + "/data");
-  GFileSystemSpec spec;
-  EXPECT_EQ(
-      GFileSystem::FindDirectory(GFileSystem::eLocalDomain, GFileSystem::eLibraryDirectory, false, spec), 0u);
-  EXPECT_EQ(spec.GetFullPath(), root + "/usr/local/share");
-  EXPECT_FALSE(GFileSystem::OSDoesFileExist(spec));
-  EXPECT_EQ(GFileSystem::FindDirectory(GFileSystem::eUserDomain, GFileSystem::eLibraryDirectory, true, spec),
-            0u);
-  EXPECT_EQ(spec.GetFullPath(), root + "/data");
-  EXPECT_TRUE(GFileSystem::OSDoesFileExist(spec));
-}

@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "GConfigurationFile.h"
-#include "GErrorCodes.h"
-#include "GFileSystem.h"
 #include "GLoggerTestAccess.h"
 #include "GStringUtils.h"
-#include "support/TemporaryFolder.h"
 
 using Strings = std::vector<std::string>;
 
@@ -47,15 +44,4 @@ TEST(GConfigurationFile, ReadsKeysAndValues) {
   EXPECT_TRUE(log.Contains("Ignoring illegal line in configuration:\nnovalue"));
   EXPECT_TRUE(log.Contains("Ignoring illegal line in configuration:\n= value"));
   EXPECT_TRUE(log.Contains("Configuration key = path, value = /a=b"));
-}
-
-TEST(GConfigurationFile, ReadsAFileAndTellsAMissingOne) {
-  const TemporaryFolder folder;
-  std::map<std::string, std::string> map;
-  EXPECT_EQ(GConfigurationFile::ParseFile(GFileSystemSpec(folder.Path("none")), map),
-            GFileSystem::kFileNotFound);
-  EXPECT_NE(GConfigurationFile::ParseFile(GFileSystemSpec(folder.Path()), map), 0u);
-  EXPECT_EQ(GConfigurationFile::ParseFile(GFileSystemSpec(folder.Write("conf", "a=1\r\nb = 2")), map), 0u);
-  EXPECT_EQ(map.size(), 2u);
-  EXPECT_EQ(map["b"], "2");
 }
