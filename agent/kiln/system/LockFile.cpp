@@ -5,9 +5,17 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 namespace kiln {
+namespace {
+
+constexpr int kTries = 25;
+constexpr std::chrono::milliseconds kPause{20};
+
+}  // namespace
 
 LockFile::~LockFile() {
   if (mFile >= 0) close(mFile);
@@ -16,8 +24,12 @@ LockFile::~LockFile() {
 int LockFile::Take(const std::string& path) {
   const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
   if (file < 0) return errno;
-  if (flock(file, LOCK_EX | LOCK_NB) != 0) {
+  for (int tries = 1; flock(file, LOCK_EX | LOCK_NB) != 0; ++tries) {
     const int error = errno;
+    if (error == EWOULDBLOCK && tries < kTries) {
+      std::this_thread::sleep_for(kPause);
+      continue;
+    }
     close(file);
     return error;
   }

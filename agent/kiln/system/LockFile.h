@@ -14,7 +14,8 @@ class LockFile {
   LockFile(LockFile&& other) noexcept : mFile(std::exchange(other.mFile, -1)) {}
   LockFile& operator=(LockFile&&) = delete;
 
-  /// Doesn't wait.
+  /// Waits half a second for another process at most: one that was killed may hold its locks for a moment
+  /// after its clients have lost it, and they start the next one at once.
   /// \return 0; EWOULDBLOCK when another process holds it; or another errno.
   int Take(const std::string& path);
 
