@@ -1,7 +1,5 @@
 #include "kiln/fonts/SystemFonts.h"
 
-#include <sys/inotify.h>
-
 #include <set>
 #include <string_view>
 #include <utility>
@@ -13,11 +11,6 @@
 
 namespace kiln {
 namespace {
-
-// An installer writes many files; one look behind the last does.
-constexpr std::chrono::milliseconds kQuietTime{700};
-constexpr uint32_t kChanges =
-    IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_ONLYDIR;
 
 bool IsBelow(std::string_view path, std::string_view folder) {
   return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
@@ -35,8 +28,7 @@ SystemFonts::SystemFonts(boost::asio::io_context& context, Database& database, L
       mReaderProgram(std::move(readerProgram)),
       mLinkFolder(std::move(linkFolder)),
       mLog(log),
-      mWatch(context),
-      mQuiet(context) {}
+      mWatch(context, FolderWatch::kContents, [this] { Refresh(); }) {}
 
 void SystemFonts::WhenReady(std::function<void()> ready) {
   if (mReady) {
@@ -126,28 +118,9 @@ void SystemFonts::TakeDescription(int64_t fileID, const wire::ReadFile& file) {
 }
 
 void SystemFonts::Watch(const std::vector<std::string>& folders) {
-  if (!mWatch.is_open()) {
-    const int watch = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
-    if (watch < 0) return;
-    mWatch.assign(watch);
-    WaitForChanges();
-  }
-  // A folder that is watched already stays as it is; one that has gone was dropped by the system.
   for (const std::string& folder : folders) {
-    if (!IsBelow(folder, mLinkFolder)) inotify_add_watch(mWatch.native_handle(), folder.c_str(), kChanges);
+    if (!IsBelow(folder, mLinkFolder)) mWatch.Add(folder);
   }
-}
-
-void SystemFonts::WaitForChanges() {
-  mWatch.async_read_some(boost::asio::buffer(mChanges),
-                         [this, alive = std::weak_ptr<bool>(mAlive)](auto error, size_t) {
-                           if (error || alive.expired()) return;
-                           mQuiet.expires_after(kQuietTime);
-                           mQuiet.async_wait([this, alive](auto cancelled) {
-                             if (!cancelled && !alive.expired()) Refresh();
-                           });
-                           WaitForChanges();
-                         });
 }
 
 }  // namespace kiln

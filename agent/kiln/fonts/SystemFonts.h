@@ -1,14 +1,13 @@
 #pragma once
 
 #include <boost/asio/io_context.hpp>
-#include <boost/asio/posix/stream_descriptor.hpp>
-#include <boost/asio/steady_timer.hpp>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "kiln/fonts/FolderWatch.h"
 #include "kiln/fonts/SystemFontScan.h"
 #include "kiln/store/LibraryWriter.h"
 
@@ -39,7 +38,6 @@ class SystemFonts {
   void Describe(const std::string& path, int64_t fileID);
   void TakeDescription(int64_t fileID, const wire::ReadFile& file);
   void Watch(const std::vector<std::string>& folders);
-  void WaitForChanges();
 
   boost::asio::io_context& mContext;
   Database& mDatabase;
@@ -52,9 +50,7 @@ class SystemFonts {
   bool mLookAgain = false;
   bool mReady = false;
   std::vector<std::function<void()>> mWaiting;
-  boost::asio::posix::stream_descriptor mWatch;
-  boost::asio::steady_timer mQuiet;
-  std::array<char, 16384> mChanges{};
+  FolderWatch mWatch;
   std::shared_ptr<bool> mAlive = std::make_shared<bool>(true);
 };
 

@@ -107,7 +107,8 @@ INSERT INTO clients (id, uuid, pid, start_time, host_type, program) VALUES (1, '
 )sql";
 
 // Workgroups can be hidden, be filled from a folder, forbid export and refuse fonts. A file of such a folder
-// is known by path, size and time, so that a second look reads only what is new.
+// is known by path, size and time, so that a second look reads only what is new; without a file_id it is one
+// that can't be read as a font. A font that leaves a workgroup leaves the workgroup's sets, too.
 constexpr const char* kWorkgroupSources = R"sql(
 ALTER TABLE workgroups ADD COLUMN hidden INTEGER NOT NULL DEFAULT 0;
 ALTER TABLE workgroups ADD COLUMN folder TEXT;
@@ -122,6 +123,10 @@ CREATE TABLE folder_files (
   PRIMARY KEY (workgroup_id, path)
 ) WITHOUT ROWID;
 CREATE INDEX folder_files_by_file ON folder_files(file_id);
+CREATE TRIGGER sets_follow_their_workgroup AFTER DELETE ON workgroup_fonts BEGIN
+  DELETE FROM set_fonts WHERE font_id = OLD.font_id
+    AND set_id IN (SELECT id FROM sets WHERE workgroup_id = OLD.workgroup_id);
+END;
 CREATE TABLE settings (
   name TEXT PRIMARY KEY,
   value TEXT NOT NULL
