@@ -80,13 +80,6 @@ TEST_F(CommonFunctionalityTest, LoggedOutLeavesTheServicesToTheLogin) {
   CommonFunctionality::Shutdown();
 }
 
-TEST_F(CommonFunctionalityTest, ServerEditionWithoutWorkgroupsTellsTheUser) {
-  manager->standalone = false;
-  EXPECT_EQ(0, CommonFunctionality::Startup(true));
-  EXPECT_EQ((Messages{"NoWorkgroupsMessage"}), loom.Messages());
-  CommonFunctionality::Shutdown();
-}
-
 TEST_F(CommonFunctionalityTest, PreferencesAreWrittenOnceInTheirOrder) {
   EXPECT_EQ(0, CommonFunctionality::InitializeCommonPreferences()) << "the user has some";
   loom.preferences.clear();
@@ -101,41 +94,6 @@ TEST_F(CommonFunctionalityTest, PreferencesAreWrittenOnceInTheirOrder) {
   delete manager;
 }
 
-TEST_F(CommonFunctionalityTest, ShutdownGivesBackAsThePreferencesSay) {
-  struct Case {
-    const char* name;
-    long closeOnQuit;
-    bool loggedIn;
-    std::vector<unsigned int> expected;
-  };
-  delete manager;
-  for (const Case& row : {Case{"gives back", 1, true, {7}}, Case{"preference off", 0, true, {}},
-                          Case{"logged out", 1, false, {}}}) {
-    std::vector<unsigned int> deactivated = {99};
-    struct Reporting : FakeFontManager {
-      explicit Reporting(std::vector<unsigned int>& list) : out(list) {}
-      ~Reporting() override {
-        out = deactivateCalls.empty() ? std::vector<unsigned int>{98} : deactivateCalls[0];
-      }
-      std::vector<unsigned int>& out;
-    };
-    auto* reporting = new Reporting(deactivated);
-    FakeLoom fresh;
-    CommonFunctionality::ResetCallCountersForTesting();
-    CommonFunctionality::Startup(false);
-    reporting->loggedIn = row.loggedIn;
-    fresh.SetPreference("EnablePlugin", 1);
-    fresh.SetPreference("CloseFontsOnHostAppQuit", row.closeOnQuit);
-    const auto font = MakeMatchedFont("Seven", 7);
-    HornbeamGlobals::GetSharedFontActivationTracker()->RegisterFontWithDocument(
-        font.get(), FontRecord::GetPostScriptName(font.get()), 7, false, "doc", nullptr);
-    CommonFunctionality::Shutdown();
-    EXPECT_EQ(row.expected, deactivated) << row.name;
-    EXPECT_EQ(nullptr, FontManagerInterface::GetFontManager());
-    CommonFunctionality::Shutdown();
-  }
-}
-
 TEST_F(CommonFunctionalityTest, QuitWhileABoxOfTheStartUpIsUpIsWorkedOffAtItsEnd) {
   manager->loggedIn = false;
   loom.duringBox = [] {
@@ -145,18 +103,6 @@ TEST_F(CommonFunctionalityTest, QuitWhileABoxOfTheStartUpIsUpIsWorkedOffAtItsEnd
   };
   CommonFunctionality::Startup(true);
   EXPECT_EQ(nullptr, FontManagerInterface::GetFontManager());
-}
-
-TEST_F(CommonFunctionalityTest, IdentityOfABundleThatIsNotLoaded) {
-  const CommonFunctionality::StaticPluginInitializer initializer("com.talworth.AutoActivationPlugin.AI24",
-                                                                 "24");
-  EXPECT_EQ("x.x.x.x", HornbeamGlobals::GetPluginVersion());
-  EXPECT_EQ("IllustratorCC2020", HornbeamGlobals::GetPluginHostApp());
-  EXPECT_EQ("24", HornbeamGlobals::GetPluginHostAppVersionPrefix());
-  EXPECT_EQ("", HornbeamGlobals::GetPluginHostAppMinimumVersion());
-  EXPECT_EQ("com.talworth.AutoActivationPlugin.AI24",
-            ToStdString(HornbeamGlobals::GetPluginBundleIdentifier()));
-  delete manager;
 }
 
 }  // namespace

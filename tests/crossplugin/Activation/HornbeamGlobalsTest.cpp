@@ -59,16 +59,6 @@ TEST_F(HornbeamGlobalsTest, BundleIDStandsInForTheHostCode) {
   EXPECT_EQ("", HornbeamGlobals::MapBundleIDtoHostApp(CFSTR("com.talworth.AutoActivationPlugin.ID15")));
 }
 
-TEST_F(HornbeamGlobalsTest, DocumentFontsGoToTheLibraryUnderTheHostsName) {
-  const FakeLoom loom;
-  const FakeClientLibrary library;
-  HornbeamGlobals::SaveDocumentFonts("/d/a.indd", nullptr);
-  EXPECT_EQ(0, library.CountCalls("SaveDocumentFonts")) << "no host code, so no name to file it under";
-  HornbeamGlobals::IdentifyPluginHostApp(CFSTR("InDesign"));
-  HornbeamGlobals::SaveDocumentFonts("/d/a.indd", MakeArray().get());
-  EXPECT_EQ("SaveDocumentFonts('/d/a.indd', 'Fake Host', 'id', *)", library.LastCall("SaveDocumentFonts"));
-}
-
 TEST_F(HornbeamGlobalsTest, ShutdownDropsTheSharedObjectsAndTheIdentity) {
   const FakeLoom loom;
   const FakeClientLibrary library;

@@ -64,6 +64,31 @@ TEST(BestMatchTest, TestsInTheirOrder) {
   }
 }
 
+TEST(BestMatchTest, NamesTheTestThatDecided) {
+  using Test = EBestMatchTest;
+  struct Case {
+    const char* font1;
+    const char* font2;
+    Test expected;
+  };
+  const Case cases[] = {{"IsActive=1", "", Test::kActiveState},
+                        {"FontKind=TrueType", "FontKind=OpenType", Test::kRequestedKind},
+                        {"Foundry=Acme", "Foundry=Adobe", Test::kRequestedFoundry},
+                        {"FontKind=OpenType", "FontKind=Postscript", Test::kKindRanking},
+                        {"Foundry=Adobe", "", Test::kAdobeFoundry},
+                        {"Version=2", "Version=1", Test::kVersion},
+                        {"IsTemp=1", "IsTemp=0", Test::kTemporary},
+                        {"IsVault=1", "IsVault=0", Test::kVault},
+                        {"Family=A", "Family=B", Test::kNone}};
+  const auto request = ParseFontRecord("FontKind=TrueType|Foundry=acme");
+  for (const Case& row : cases) {
+    const auto font1 = ParseFontRecord(row.font1);
+    const auto font2 = ParseFontRecord(row.font2);
+    EXPECT_EQ(row.expected, DecideBestMatch(font1.get(), font2.get(), request.get()).test) << row.font1;
+    EXPECT_EQ(row.expected, DecideBestMatch(font2.get(), font1.get(), request.get()).test) << row.font1;
+  }
+}
+
 TEST(BestMatchTest, TheAgentKnowsBetterThanTheRecords) {
   FakeClientLibrary library;
   const unsigned int idle = library.AddFont("Foo", 0);
@@ -71,7 +96,7 @@ TEST(BestMatchTest, TheAgentKnowsBetterThanTheRecords) {
   const auto font1 = ParseFontRecord("FontKind=OpenType|DatabaseID=" + std::to_string(idle));
   const auto font2 = ParseFontRecord("FontKind=TrueType|DatabaseID=" + std::to_string(active));
   EXPECT_EQ(1, Compare(font1.get(), font2.get()));
-  EXPECT_EQ(-1, Compare(font2.get(), font1.get()));
+  EXPECT_EQ(EBestMatchTest::kLiveState, DecideBestMatch(font2.get(), font1.get(), nullptr).test);
   EXPECT_EQ(-1, Compare(font1.get(), ParseFontRecord("FontKind=TrueType").get())) << "no ID, no question";
   EXPECT_EQ(2, library.CountCalls("GetFontIsActivated"));
 }
@@ -84,26 +109,6 @@ TEST(BestMatchTest, ForeignValuesMatchNothing) {
   const auto plain = ParseFontRecord("FontKind=TrueType");
   EXPECT_EQ(0, Compare(odd.get(), plain.get(), odd.get()));
   EXPECT_EQ(0, static_cast<int>(PickBestMatchCallBack(CFSTR("text"), plain.get(), nullptr)));
-}
-
-TEST(BestMatchTest, SortsWithoutAConsistentOrderAndAsksTheAgentLittle) {
-  FakeClientLibrary library;
-  for (int n : {2, 3, 300, 513}) {
-    library.calls.clear();
-    const auto fonts = MakeArray();
-    std::multiset<unsigned int> before;
-    for (int i = 0; i < n; ++i) {
-      const char* versions[] = {"-1", "0.0", "1.0", "x", "2"};
-      CFArrayAppendValue(fonts.get(), ParseFontRecord(std::string("Version=") + versions[i * 7 % 5] +
-                                                      "|DatabaseID=" + std::to_string(i + 1))
-                                          .get());
-      before.insert(static_cast<unsigned int>(i + 1));
-    }
-    CFArraySortValues(fonts.get(), CFRangeMake(0, n), PickBestMatchCallBack, nullptr);
-    const std::vector<unsigned int> sorted = FontIDsOf(fonts.get());
-    EXPECT_EQ(before, std::multiset<unsigned int>(sorted.begin(), sorted.end()));
-    EXPECT_LE(static_cast<double>(library.CountCalls("GetFontIsActivated")), n * std::log2(n));
-  }
 }
 
 TEST(DecimalPrefixTest, ReadsPlainDecimalsOnly) {

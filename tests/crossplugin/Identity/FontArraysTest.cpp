@@ -118,61 +118,42 @@ TEST(FontLookupTest, RemovedEntriesAreNoLongerFoundAndLeaveAtTheEnd) {
   EXPECT_EQ((Names{"Bar", "Foo"}), FontNamesOf(fonts.get()));
 }
 
-struct MergeCase {
-  const char* name;
-  const char* source;
-  const char* destination;
-  std::vector<const char*> expected;
-};
-
-void ExpectMerged(const MergeCase& row, CFArrayRef fonts) {
-  ASSERT_EQ(static_cast<CFIndex>(row.expected.size()), CFArrayGetCount(fonts)) << row.name;
-  for (size_t i = 0; i < row.expected.size(); ++i) {
-    EXPECT_TRUE(
-        CFEqual(ParseFontRecord(row.expected[i]).get(), FontRecord::At(fonts, static_cast<CFIndex>(i))))
-        << row.name << " " << i;
-  }
-}
-
-TEST(FontMergeTest, RecordWithMoreKeysTakesThePlace) {
-  const MergeCase cases[] = {
-      {"as many keys",
-       "PostScriptName=A B|Version=2",
-       "PostScriptName=A-B|Version=1",
-       {"PostScriptName=A-B|Version=1"}},
-      {"more keys", "PostScriptName=A B|Version=2", "PostScriptName=A-B", {"PostScriptName=A B|Version=2"}},
-      {"unknown", "PostScriptName=B", "PostScriptName=A", {"PostScriptName=A", "PostScriptName=B"}}};
-  for (const MergeCase& row : cases) {
-    const auto fonts = MakeFontList({ParseFontRecord(row.destination)});
-    GlyphMarkSupport::MergeGlyphmarkDictionaryIntoArray(fonts.get(), ParseFontRecord(row.source).get());
-    ExpectMerged(row, fonts.get());
-  }
-}
-
-TEST(FontMergeTest, ArraysMergeByCompletenessAndConflict) {
-  const MergeCase cases[] = {
-      {"adds what is missing",
-       "PostScriptName=A|FontKind=x|Version=1",
-       "PostScriptName=A|FontKind=X|Family=F",
-       {"PostScriptName=A|FontKind=X|Family=F|Version=1"}},
-      {"conflict, more keys win whole",
-       "PostScriptName=A|FontKind=y|Version=1",
-       "PostScriptName=A|FontKind=x",
-       {"PostScriptName=A|FontKind=y|Version=1"}},
-      {"conflict, as many keys",
-       "PostScriptName=A|FontKind=y",
-       "PostScriptName=A|FontKind=x",
-       {"PostScriptName=A|FontKind=x"}},
-      {"another spelling is a conflict",
-       "PostScriptName=A-B|Version=1",
-       "PostScriptName=A B",
-       {"PostScriptName=A-B|Version=1"}},
-      {"nothing new", "PostScriptName=A", "PostScriptName=A|Family=F", {"PostScriptName=A|Family=F"}}};
-  for (const MergeCase& row : cases) {
-    const auto fonts = MakeFontList({ParseFontRecord(row.destination)});
-    GlyphMarkSupport::MergeFontsIntoFontsArray(MakeFontList({ParseFontRecord(row.source)}).get(),
-                                               fonts.get());
-    ExpectMerged(row, fonts.get());
+TEST(FontMergeTest, CompletenessAndConflictDecide) {
+  // Records as their PostScript name and more fields; two of them with "&" between.
+  const struct {
+    const char* name;
+    bool asArrays;
+    const char *source, *destination, *expected;
+  } kCases[] = {
+      {"record, as many keys", false, "A B|Version=2", "A-B|Version=1", "A-B|Version=1"},
+      {"record, more keys", false, "A B|Version=2", "A-B", "A B|Version=2"},
+      {"record, unknown", false, "B", "A", "A&B"},
+      {"adds what is missing", true, "A|FontKind=x|Version=1", "A|FontKind=X|Family=F",
+       "A|FontKind=X|Family=F|Version=1"},
+      {"conflict, more keys win whole", true, "A|FontKind=y|Version=1", "A|FontKind=x",
+       "A|FontKind=y|Version=1"},
+      {"conflict, as many keys", true, "A|FontKind=y", "A|FontKind=x", "A|FontKind=x"},
+      {"another spelling is a conflict", true, "A-B|Version=1", "A B", "A-B|Version=1"},
+      {"nothing new", true, "A", "A|Family=F", "A|Family=F"},
+  };
+  const auto list = [](std::string_view text) {
+    std::vector<RetainPtr<CFMutableDictionaryRef>> records;
+    while (!text.empty()) {
+      const std::string_view record = text.substr(0, text.find('&'));
+      records.push_back(ParseFontRecord("PostScriptName=" + std::string(record)));
+      text.remove_prefix(std::min(record.size() + 1, text.size()));
+    }
+    return MakeFontList(records);
+  };
+  for (const auto& row : kCases) {
+    const auto fonts = list(row.destination);
+    const auto source = list(row.source);
+    if (row.asArrays) {
+      GlyphMarkSupport::MergeFontsIntoFontsArray(source.get(), fonts.get());
+    } else {
+      GlyphMarkSupport::MergeGlyphmarkDictionaryIntoArray(fonts.get(), FontRecord::At(source.get(), 0));
+    }
+    EXPECT_TRUE(CFEqual(list(row.expected).get(), fonts.get())) << row.name;
   }
 }
 

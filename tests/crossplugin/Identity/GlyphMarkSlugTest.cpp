@@ -13,25 +13,6 @@ std::string SlugOf(CFArrayRef fonts) {
   return slug ? ToStdString(slug) : "";
 }
 
-TEST(GlyphMarkSlugTest, TextIsAPropertyListWithSortedKeys) {
-  EXPECT_EQ(
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-      "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-      "<plist version=\"1.0\">\n"
-      "<array>\n"
-      "\t<dict>\n"
-      "\t\t<key>FontKind</key>\n"
-      "\t\t<string>A&amp;B</string>\n"
-      "\t\t<key>PostScriptName</key>\n"
-      "\t\t<string>\xE5\xB0\x8F</string>\n"
-      "\t</dict>\n"
-      "</array>\n"
-      "</plist>\n",
-      SlugOf(MakeFontList({MakeFontRecord({{kGM_PostScriptNameKey, "\xE5\xB0\x8F"}, {kGM_KindKey, "A&B"}})})
-                 .get()));
-}
-
 TEST(GlyphMarkSlugTest, CharactersThatXMLCannotHoldAreDropped) {
   const auto record = MakeFontRecord(
       {{kGM_PostScriptNameKey, std::string("Fo\x01o\tA\xEF\xBF\xBF", 9)}, {kGM_VersionKey, "1.0"}});

@@ -9,17 +9,6 @@ PanelManager& Panels() {
   return *PanelManager::GetSharedInstance();
 }
 
-TEST(PanelManagerTest, WithoutPanelsEverythingSucceeds) {
-  EXPECT_EQ(Panels().OpenSocket(), 0u);
-  EXPECT_EQ(Panels().SetEnabled(false), 0u);
-  EXPECT_EQ(Panels().PopNotifications(), 0u);
-  EXPECT_EQ(Panels().PushFontActivatedNotification(7), 0u);
-  EXPECT_EQ(Panels().GetSocketPort(), 0u);
-  Panels().CheckForTypekit();
-  Panels().AddPanel(nullptr);
-  EXPECT_EQ(Panels().RemovePanel(nullptr), nullptr);
-}
-
 TEST(PanelManagerTest, EveryPanelIsToldUntilOneFails) {
   const RecordingPanel::Registration a;
   const RecordingPanel::Registration b;
@@ -33,14 +22,6 @@ TEST(PanelManagerTest, EveryPanelIsToldUntilOneFails) {
   a->results["CheckForTypekit"] = b->results["CheckForTypekit"] = CoreErrorCodes::kError;
   Panels().CheckForTypekit();
   EXPECT_EQ(a->calls.size() + b->calls.size(), 3u) << "no answer to this question ends it";
-}
-
-TEST(PanelManagerTest, ThePortIsTheFirstThatThereIs) {
-  const RecordingPanel::Registration a;
-  const RecordingPanel::Registration b;
-  EXPECT_EQ(Panels().GetSocketPort(), 0u);
-  b->port = 8080;
-  EXPECT_EQ(Panels().GetSocketPort(), 8080u);
 }
 
 TEST(PanelManagerTest, MessagesAreNotSentFromInsideTheirSending) {

@@ -163,19 +163,6 @@ TEST_F(ShuttleSearch, LastPlaceIsTheFixedOneAndAMissingEntryIsCounted) {
             ShuttleLoader::kEntryMissing);
 }
 
-TEST(ShuttleLoader, WithoutRoomForAnAnswerNothingIsWritten) {
-  FakeClientLibrary library("15.1.0");
-  const TraceLines trace;
-  std::string text = "before";
-  int missing = 7;
-  EXPECT_FALSE(library.Loader().IsLoaded(nullptr, &text, &missing));
-  EXPECT_FALSE(library.Loader().IsLoaded(&text, nullptr, &missing));
-  EXPECT_FALSE(library.Loader().IsLoaded(&text, &text, nullptr));
-  EXPECT_EQ(text, "before");
-  EXPECT_EQ(missing, 7);
-  EXPECT_EQ(trace.Count("ShuttleLoader::IsLoaded() returning false because it was called incorrectly."), 3);
-}
-
 TEST(AgentLog, ABannerOpensTheNamedFile) {
   FakeClientLibrary library;
   InitLogging("InDesign.log");

@@ -84,13 +84,6 @@ TEST_F(AgentLauncherTest, StartsWhatTheLaunchInformationNames) {
   EXPECT_TRUE(WasTraced("Will attempt to open '" + root + "/usr/local/share/Talworth/"));
 }
 
-TEST_F(AgentLauncherTest, LooksInTheUsersDomainSecond) {
-  WriteLaunchInfo(kUser, "kiln.path=" + root + "/bin/Kiln");
-  EXPECT_EQ(FindAndLaunchKiln(nullptr), 0);
-  ASSERT_EQ(processes.launched.size(), 1u);
-  EXPECT_TRUE(processes.launched[0].arguments.empty());
-}
-
 TEST_F(AgentLauncherTest, GivesUpAfterFiveSeconds) {
   WriteLaunchInfo(kLocal, "kiln.path=" + root + "/bin/Kiln");
   processes.looksUntilSeen = 1000;

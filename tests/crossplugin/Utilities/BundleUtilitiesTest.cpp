@@ -42,13 +42,3 @@ TEST_F(BundleUtilitiesTest, OpensAFrameworkInsideALoadedBundle) {
   EXPECT_EQ(trace, "CFBundleCreate failed on '" + folder.Path("Plug.plugin") +
                        "/Contents/Frameworks/Other.framework'.");
 }
-
-TEST_F(BundleUtilitiesTest, LooksThroughAllBundlesBeforeItGivesUp) {
-  const RetainPtr<CFBundleRef> plugin = OpenBundleAtPath(folder.Path("Plug.plugin"));
-  EXPECT_EQ(GetBundleWithIdentifierReliably(CFSTR("com.talworth.test.None")), nullptr);
-  EXPECT_EQ(GetBundleWithIdentifierReliably(nullptr), nullptr);
-  EXPECT_NE(trace.find("CFBundleGetBundleWithIdentifier could not get a CFBundleRef for "
-                       "'com.talworth.test.None'"),
-            trace.npos);
-  EXPECT_NE(trace.find("Examining bundle ID:  com.talworth.test.Plug"), trace.npos);
-}

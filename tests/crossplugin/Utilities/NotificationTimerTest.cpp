@@ -24,14 +24,6 @@ class NotificationTimerTest : public testing::Test {
   static inline NotificationTimer* sTimer = nullptr;
 };
 
-TEST_F(NotificationTimerTest, TicksFromItsMakingToItsEnd) {
-  {
-    const NotificationTimer timer(&Tick);
-    while (sTicks < 3) CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.05, true);
-  }
-  EXPECT_FALSE(IsTicking());
-}
-
 TEST_F(NotificationTimerTest, IsInstalledOnceHoweverOftenAsked) {
   NotificationTimer timer(&Tick);
   timer.installTimer();
