@@ -24,6 +24,7 @@ constexpr int kMaxIndent = 64;
 std::atomic<DebugUtils::TraceSink> sSink = nullptr;
 std::atomic<void*> sSinkContext = nullptr;
 std::atomic<int> sFile = -1;
+thread_local int sDepth = 0;
 
 // Null until a name has been set; the environment's name counts then.
 std::string*& TraceFilePath() {
@@ -52,7 +53,6 @@ void WriteToFile(int file, int depth, char* text) {
 
 int TraceLine(int indentChange, const char* format, va_list args) {
   static thread_local char sBuffer[kBufferSize];
-  static thread_local int sDepth = 0;
   const int savedErrno = errno;  // callers trace between a failure and their look at its reason
   const int length = std::vsnprintf(sBuffer, sizeof sBuffer, format, args);
   if (length < 0) sBuffer[0] = '\0';
@@ -65,6 +65,14 @@ int TraceLine(int indentChange, const char* format, va_list args) {
   if (indentChange > 0) sDepth += indentChange;
   errno = savedErrno;
   return length;
+}
+
+void TraceLineIfHeard(int indentChange, const char* format, va_list args) {
+  if (DebugUtils::IsTraceHeard()) {
+    TraceLine(indentChange, format, args);
+  } else {
+    sDepth = std::max(0, sDepth + indentChange);
+  }
 }
 
 int OutputIndentedAndFormattedString(int indentChange, const char* format, ...) {
@@ -96,6 +104,10 @@ void StartLogging() {
 
 void StopLogging() {
   sLoggingStarted = false;
+}
+
+bool DebugUtils::IsTraceHeard() {
+  return sSink.load() != nullptr || (sLoggingStarted.load(std::memory_order_relaxed) && sFile.load() >= 0);
 }
 
 void DebugUtils::SetTraceSink(TraceSink sink, void* context) {

@@ -35,6 +35,9 @@ namespace DebugUtils {
 /// Receives each line, without indentation or newline, on the thread that traces; it must not trace itself.
 using TraceSink = void (*)(int indentChange, const char* text, void* context);
 
+/// Whether a sink or a file takes what is traced now. Lines that come by the thousands ask first.
+bool IsTraceHeard();
+
 /// Takes the place of the sink before; null ends it. Not while other threads trace.
 void SetTraceSink(TraceSink sink, void* context);
 

@@ -2,18 +2,17 @@
 
 #include <cstdarg>
 
-#include "Utilities/DebugUtils.h"
 #include "Utilities/TraceLine.h"
 
 OperationTrace::OperationTrace(const char* operation, const char* format, ...) : m_operation(operation) {
   va_list args;
   va_start(args, format);
-  TraceLine(1, format, args);
+  TraceLineIfHeard(1, format, args);
   va_end(args);
 }
 
 OperationTrace::~OperationTrace() {
-  if (m_isOpen) OutputIndentedAndFormattedString(-1, "Exiting %s()", m_operation);
+  Exiting("Exiting %s()", m_operation);
 }
 
 void OperationTrace::Exiting(const char* format, ...) {
@@ -21,6 +20,6 @@ void OperationTrace::Exiting(const char* format, ...) {
   m_isOpen = false;
   va_list args;
   va_start(args, format);
-  TraceLine(-1, format, args);
+  TraceLineIfHeard(-1, format, args);
   va_end(args);
 }
