@@ -1,8 +1,27 @@
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "EpsTest.h"
+
+namespace {
+
+int sWritesUntilFailure = -1;  // negative: none fails
+
+}  // namespace
+
+// In the library's place for the whole program; a write that is to fail gets half of its bytes to the file.
+ssize_t pwrite(int file, const void* bytes, size_t count, off_t offset) {
+  const bool fails = sWritesUntilFailure == 0;
+  if (sWritesUntilFailure >= 0) --sWritesUntilFailure;
+  const long written = syscall(SYS_pwrite64, file, bytes, fails ? count / 2 : count, offset);
+  if (fails) errno = EIO;
+  return fails ? -1 : written;
+}
 
 namespace {
 
@@ -164,6 +183,7 @@ TEST_F(EpsSaveTest, RefusesWithoutTouchingTheFile) {
     std::string bytes;
   } rows[] = {{"no end of comments", "%!PS-Adobe-3.0 EPSF-3.0 with no end\nshowpage\n"},
               {"end of comments as the first line", kTail},
+              {"end of comments at the start of what is no EPS", std::string("other\n") + kTail},
               {"PostScript section that ends earlier", withWord(8, std::string("\1\0\0\0", 4))},
               {"PostScript section that would be too long", withWord(8, "\xFF\xFF\xFF\xFF")},
               {"TIFF section that would lie too far back", withWord(20, "\xFF\xFF\xFF\xFF")}};
@@ -190,6 +210,22 @@ TEST_F(EpsSaveTest, DoesNothingWithoutRecordsOrForAReadOnlyParser) {
   m_records = nullptr;
   EXPECT_EQ(Save(text), 0);
   EXPECT_EQ(File(), text);
+}
+
+TEST_F(EpsSaveTest, AWriteThatFailsIsTakenBack) {
+  std::string tail = kTail;
+  for (int i = 0; tail.size() < 1'300'000; ++i) tail += std::to_string(i) + " ";
+  const std::string bytes = EpsFixture(kHead + tail).DosHeader("II*preview").Bytes();
+  // The zeros of a longer file, three pieces of its tail, the block and the header.
+  for (int write = 0; write < 6; ++write) {
+    const auto parser = Parse(bytes, false);
+    sWritesUntilFailure = write;
+    EXPECT_EQ(Save(*parser), -1) << write;
+    EXPECT_TRUE(File() == bytes) << write;
+    EXPECT_THAT(parser->GetNotes(), ElementsAre(testing::HasSubstr("unchanged"))) << write;
+    EXPECT_EQ(Save(*parser), 0) << write;
+    EXPECT_THAT(NamesOf(*ParseAgain()), ElementsAre("Foo"));
+  }
 }
 
 TEST_F(EpsSaveTest, AFileThatCannotGrowStaysAsItWas) {

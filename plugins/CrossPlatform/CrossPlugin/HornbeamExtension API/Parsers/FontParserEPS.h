@@ -43,10 +43,11 @@ class FontParserEPS : public FontParser {
   /// Parse() comes first. Nothing is written, and the result is 0, for an empty list, for a parser made read-
   /// only, and for a file that doesn't open for writing.
   ///
-  /// \return 0, or -1 with a note that says why. With -1 the file is untouched when it has no "%%EndComments"
-  /// (or not where Parse() found
-  ///         it), when a 32-bit field of its header can't take the new value, and when the disk has no room;
-  ///         a write that fails later can leave it longer and partly moved.
+  /// \return 0, or -1 with a note that says why. With -1 the file is untouched when it has no
+  /// "%%EndComments",
+  ///         or not where Parse() found it; when a 32-bit field of its header can't take the new value; and
+  ///         when the disk has no room. A write that fails later is taken back; only when that fails too does
+  ///         it leave the file longer and partly moved, and the note says so.
   int Save() override;
 
   /// The block that Save() writes: one line a record, each ended by CR.
@@ -83,6 +84,7 @@ class FontParserEPS : public FontParser {
   int CheckBeforeSave(int64_t blockLength);
   int InsertBlock(const std::string& block);
   int AllocateGapInFile(int64_t offset, int64_t gapSize);
+  void TakeBackGap(int64_t position, int64_t gapSize);
 
   ParsedFile m_file;
   bool m_readOnly;

@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::string_view kEndComments = "%%EndComments";
 constexpr std::string_view kDamaged = "writing failed, and the file may be damaged";
+constexpr std::string_view kUnchanged = "writing failed, and the file is unchanged";
+constexpr int64_t kMaxBlockSize = 512000;
 constexpr size_t kMaxValueLength = 254;
 
 // Called for each key of a record; `context` is the output stream.
@@ -54,6 +56,10 @@ int FontParserEPS::Save() {
     if (m_nError == 0) m_nError = InsertBlock(block);
   }
   m_file.stream.close();
+  if (m_nError == 0 && m_file.stream.fail()) {
+    AddNote(kDamaged);
+    m_nError = kErrorNotDone;
+  }
   // A second block comes behind the first, so that its records win.
   if (m_nError == 0) m_endCommentsOffset += static_cast<int64_t>(block.size());
   trace.Exiting("%s() returning %d", "FontParserEPS::Save", m_nError);
@@ -67,10 +73,16 @@ int FontParserEPS::InsertBlock(const std::string& block) {
   if (result != 0) return result;
   result = Write(stream, m_endCommentsOffset, block.data(), length);
   if (result == 0 && IsWindowsEPS(m_header.FirstWord())) {
+    const EPSBinaryHeader before = m_header;
     m_header.AddToPostScript(m_endCommentsOffset, length);
     result = Write(stream, 0, m_header.Bytes().data(), EPSBinaryHeader::kSize);
+    if (result != 0) {
+      m_header = before;
+      stream.clear();
+      Write(stream, 0, m_header.Bytes().data(), EPSBinaryHeader::kSize);
+    }
   }
-  if (result != 0) AddNote(kDamaged);
+  if (result != 0) TakeBackGap(m_endCommentsOffset, length);
   return result;
 }
 
@@ -99,6 +111,10 @@ int FontParserEPS::CheckBeforeSave(int64_t blockLength) {
   if (m_endCommentsOffset > std::numeric_limits<int32_t>::max()) {
     return refuse("%%EndComments lies too far back");
   }
+  // What stands there in a file without "%!" isn't PostScript.
+  if (m_endCommentsOffset < static_cast<int64_t>(EPSBinaryHeader::kSize) && !IsMacEPS(m_header.FirstWord())) {
+    return refuse("%%EndComments lies in the header");
+  }
   char found[kEndComments.size()];
   if (Read(stream, m_endCommentsOffset, found, kEndComments.size()) != 0 ||
       std::string_view(found, kEndComments.size()) != kEndComments) {
@@ -120,7 +136,6 @@ int FontParserEPS::CheckBeforeSave(int64_t blockLength) {
 // Moves the tail of the file towards its end, back to front, so that no byte is overwritten before it is
 // read.
 int FontParserEPS::AllocateGapInFile(int64_t offset, int64_t gapSize) {
-  constexpr int64_t kMaxBlockSize = 512000;
   FStreamWrapper& stream = m_file.stream;
   const int64_t length = stream.GetStreamLength();
   if (length == 0) return 0;
@@ -144,11 +159,35 @@ int FontParserEPS::AllocateGapInFile(int64_t offset, int64_t gapSize) {
       writePosition += cut;
       readPosition = offset;
     }
-    if (Read(stream, readPosition, block.get(), blockSize) != 0 ||
-        Write(stream, writePosition, block.get(), blockSize) != 0) {
+    const bool wasRead = Read(stream, readPosition, block.get(), blockSize) == 0;
+    if (wasRead && Write(stream, writePosition, block.get(), blockSize) == 0) continue;
+    stream.clear();
+    // Part of the block may lie over where it came from.
+    if (wasRead && Write(stream, readPosition, block.get(), blockSize) != 0) {
       AddNote(kDamaged);
-      return kErrorNotDone;
+    } else {
+      TakeBackGap(readPosition + blockSize, gapSize);
     }
+    return kErrorNotDone;
   }
   return 0;
+}
+
+// After a write that failed: what has moved, from a position on, goes back front to back, and the file gets
+// its old length.
+void FontParserEPS::TakeBackGap(int64_t position, int64_t gapSize) {
+  FStreamWrapper& stream = m_file.stream;
+  stream.clear();
+  const int64_t length = stream.GetStreamLength() - gapSize;
+  const auto block = std::make_unique_for_overwrite<char[]>(kMaxBlockSize);
+  while (position < length) {
+    const int64_t count = std::min(kMaxBlockSize, length - position);
+    if (Read(stream, position + gapSize, block.get(), count) != 0 ||
+        Write(stream, position, block.get(), count) != 0) {
+      AddNote(kDamaged);
+      return;
+    }
+    position += count;
+  }
+  AddNote(stream.Buffer().Truncate(length) ? kUnchanged : kDamaged);
 }
