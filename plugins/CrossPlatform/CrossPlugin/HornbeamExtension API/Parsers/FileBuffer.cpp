@@ -67,8 +67,8 @@ FileBuffer::int_type FileBuffer::underflow() {
   if (gptr() < egptr()) return traits_type::to_int_type(*gptr());
   if (!IsOpen()) return traits_type::eof();
   const int64_t position = ReadPosition();
-  // Whole pages: a jump backwards by little then still falls into the window.
-  const int64_t start = position - position % static_cast<int64_t>(m_pageSize);
+  // A little earlier, so that a jump backwards by that falls into the window.
+  const int64_t start = position - position % static_cast<int64_t>(m_pageSize / 16);
   m_readAhead = start == m_lastFetchEnd ? std::min(m_readAhead * 2, kWindowSize) : m_pageSize;
   const int64_t count = ReadAt(m_window.get(), m_readAhead, start);
   m_lastFetchEnd = start + count;

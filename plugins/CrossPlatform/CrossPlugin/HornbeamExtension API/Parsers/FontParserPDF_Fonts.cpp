@@ -21,14 +21,18 @@ constexpr const char* kGlyphMarkMarker = "/FontIdentifier";
 void FontParserPDF::ProcessFonts() {
   static constexpr const char* kName = "FontParserPDF::ProcessFonts";
   const OperationTrace trace(kName, "Entering %s()", kName);
+  const bool bTraces = DebugUtils::IsTraceHeard();
   for (const PDFObject& object : m_vFontObjects) {
-    OutputIndentedAndFormattedString(0, " processing font %d ...", object.nObjectNumber);
+    if (m_nError != 0) return;
+    if (bTraces) OutputIndentedAndFormattedString(0, " processing font %d ...", object.nObjectNumber);
     if (!EnterObject(object)) continue;
     PDFFontRecord record;
     record.object = object;
     ReadFontDictionary(&record);
     GlyphMarkSupport::ResolveMMFontString(&record.sFontName);
-    OutputIndentedAndFormattedString(0, "Adding '%s' to m_vFontRecords", record.sFontName.c_str());
+    if (bTraces) {
+      OutputIndentedAndFormattedString(0, "Adding '%s' to m_vFontRecords", record.sFontName.c_str());
+    }
     m_vFontRecords.push_back(std::move(record));
   }
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr size_t kPageSize = 512;
+constexpr size_t kPageSize = 1024;
 constexpr int64_t kBudgetPerByte = 64;
 constexpr int64_t kBudgetAtLeast = int64_t{16} << 20;
 // An update adds one table, so that no file comes near this.
@@ -81,8 +81,10 @@ void PDFObjectReader::SeekAndReadBlock(int64_t offset) {
 }
 
 void PDFObjectReader::GoTo(int64_t offset) {
-  OutputIndentedAndFormattedString(0, "Reading block at file offset %lld (0x%08llx)",
-                                   static_cast<long long>(offset), static_cast<unsigned long long>(offset));
+  if (DebugUtils::IsTraceHeard()) {
+    OutputIndentedAndFormattedString(0, "Reading block at file offset %lld (0x%08llx)",
+                                     static_cast<long long>(offset), static_cast<unsigned long long>(offset));
+  }
   SeekAndReadBlock(offset);
 }
 
@@ -208,9 +210,14 @@ bool PDFObjectReader::ReadXRefSubsections() {
     // The count is the file's word: only what is really there is kept.
     const int64_t count = GetCurrentNumber();
     for (int64_t i = 0; i < count && m_nError == 0; ++i) {
-      const int64_t offset = GetCurrentNumber();
-      const int64_t generation = GetCurrentNumber();
-      const char state = ReadCharacter();
+      int64_t offset = 0;
+      int64_t generation = 0;
+      char state = 0;
+      if (!TakeXRefEntryInBlock(&offset, &generation, &state)) {
+        offset = GetCurrentNumber();
+        generation = GetCurrentNumber();
+        state = ReadCharacter();
+      }
       if (m_nError == 0) m_xrefTable.AddEntry(offset, generation, state != 'f');
     }
   }

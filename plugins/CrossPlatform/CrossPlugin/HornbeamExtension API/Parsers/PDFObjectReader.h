@@ -131,7 +131,8 @@ class PDFObjectReader : public FontParser {
   static constexpr int kBlockSize = 256;
 
   size_t ReadAt(int64_t offset, char* target, size_t count);
-  void AppendPlainCharacters();
+  bool TakeTokenInBlock();
+  bool TakeXRefEntryInBlock(int64_t* offset, int64_t* generation, char* state);
   char ReadHexPair(char plain);
   bool ReadXRefKeyword();
   bool ReadXRefSubsections();

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstddef>
 #include <limits>
 
 #include "Parsers/PDFObjectReader.h"
@@ -26,6 +25,14 @@ constexpr std::array<bool, 256> kIsPlain = [] {
   for (const char c : std::string_view(" \r\n\t[]()<>/\\#")) isPlain[static_cast<unsigned char>(c)] = false;
   return isPlain;
 }();
+
+bool IsPlain(char c) {
+  return kIsPlain[static_cast<unsigned char>(c)];
+}
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 int HexValue(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -61,11 +68,10 @@ void PDFObjectReader::SkipWhitespace() {
 }
 
 const std::string& PDFObjectReader::ProcessToken(bool /*unused*/) {
+  if (TakeTokenInBlock()) return m_sCurrentToken;
   m_sCurrentToken.clear();
   SkipWhitespace();
   while (m_nError == 0 && m_sCurrentToken.size() < kMaxTokenLength) {
-    AppendPlainCharacters();
-    if (m_sCurrentToken.size() == kMaxTokenLength) break;
     const bool isFirst = m_sCurrentToken.empty();
     char c = PeekCharacter();
     if (IsDelimiter(c)) {
@@ -88,17 +94,61 @@ const std::string& PDFObjectReader::ProcessToken(bool /*unused*/) {
   return m_sCurrentToken;
 }
 
-// Takes what would be taken one by one, up to the last character of the block, which brings the next block.
-void PDFObjectReader::AppendPlainCharacters() {
-  if (m_nBlockPosition < 0) return;
-  const char* const begin = m_block + m_nBlockPosition;
-  const auto room = static_cast<std::ptrdiff_t>(kMaxTokenLength - m_sCurrentToken.size());
-  const char* const limit =
-      begin + std::clamp<std::ptrdiff_t>(m_nBlockLength - 1 - m_nBlockPosition, 0, room);
-  const char* end = begin;
-  while (end < limit && kIsPlain[static_cast<unsigned char>(*end)]) ++end;
-  m_sCurrentToken.append(begin, end);
-  m_nBlockPosition += static_cast<int>(end - begin);
+// The same for a token that stands in the block as it is, with what ends it and one character more, which is
+// what nearly all of them do. False for any other one, with nothing read.
+bool PDFObjectReader::TakeTokenInBlock() {
+  if (m_nBlockPosition < 0 || m_nBlockPosition >= m_nBlockLength || m_nError != 0) return false;
+  const char* const last = m_block + m_nBlockLength - 1;  // its reading would bring the next block
+  const char* begin = m_block + m_nBlockPosition;
+  while (begin < last && IsWhite(*begin)) ++begin;
+  if (begin >= last) return false;
+
+  const char* end = begin + 1;
+  const char* next = nullptr;  // where reading goes on
+  if (IsDelimiter(*begin)) {
+    if ((*begin == '<' || *begin == '>') && *end == *begin) ++end;
+    next = end;
+  } else {
+    if (!IsPlain(*begin) && *begin != '/') return false;
+    while (end < last && IsPlain(*end)) ++end;
+    if (*end == '\\' || *end == '#' || (end == last && !IsDelimiter(*end))) return false;
+    next = end;
+    if (IsWhite(*end)) next += *end == '\r' && end < last && end[1] == '\n' ? 2 : 1;
+  }
+  if (next > last) return false;
+  m_sCurrentToken.assign(begin, end);
+  m_nBlockPosition = static_cast<int>(next - m_block);
+  return true;
+}
+
+// Reads an entry of a cross-reference table that stands in the block in the published form of 20 bytes; the
+// result is what its two numbers and its character would give one by one. False for any other one, with
+// nothing read.
+bool PDFObjectReader::TakeXRefEntryInBlock(int64_t* offset, int64_t* generation, char* state) {
+  constexpr int kOffsetDigits = 10;
+  constexpr int kGenerationDigits = 5;
+  constexpr int kStatePlace = kOffsetDigits + kGenerationDigits + 2;
+  if (m_nBlockPosition < 0 || m_nBlockPosition >= m_nBlockLength || m_nError != 0) return false;
+  const char* const last = m_block + m_nBlockLength - 1;
+  const char* next = m_block + m_nBlockPosition;
+  while (next < last && IsWhite(*next)) ++next;
+  if (last - next <= kStatePlace || next[kOffsetDigits] != ' ' || next[kStatePlace - 1] != ' ') return false;
+
+  const auto readDigits = [](const char* digits, int count, int64_t* value) {
+    *value = 0;
+    for (const char* end = digits + count; digits < end; ++digits) {
+      if (!IsDigit(*digits)) return false;
+      *value = *value * 10 + (*digits - '0');
+    }
+    return true;
+  };
+  if (!readDigits(next, kOffsetDigits, offset) ||
+      !readDigits(next + kOffsetDigits + 1, kGenerationDigits, generation)) {
+    return false;
+  }
+  *state = next[kStatePlace];
+  m_nBlockPosition = static_cast<int>(next + kStatePlace + 1 - m_block);
+  return true;
 }
 
 // The character that the next two digits stand for; without them `plain`, with nothing read.
