@@ -63,7 +63,8 @@ class FontParserPDF : public PDFObjectReader {
   // ---- Illustrator's private data
 
   void ProcessIllustratorData(PDFObject* object);
-  /// The reader stands at the first byte of the stream's data. True when a decoded copy was made and read.
+  /// The reader stands at the first byte of the stream's data. True when a decoded copy was made and read as
+  /// a file of fonts.
   bool DecodeAIPrivateData(FilterType filter, int64_t streamLength);
 
  private:

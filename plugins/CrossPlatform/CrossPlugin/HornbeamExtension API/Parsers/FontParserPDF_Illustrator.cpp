@@ -43,7 +43,7 @@ void FontParserPDF::ProcessIllustratorData(PDFObject* object) {
   }
 }
 
-// The reader stands at the stream's dictionary. True when the data were decoded and read.
+// The reader stands at the stream's dictionary. True when a file of fonts came of it.
 bool FontParserPDF::ReadAIPrivateStream() {
   FilterType filter = kFilterNone;
   int64_t length = 0;
@@ -96,22 +96,20 @@ bool FontParserPDF::DecodeAIPrivateData(FilterType filter, int64_t streamLength)
     OutputIndentedAndFormattedString(0, "Handling tag '%s' with NO decoding", tag.c_str());
   }
 
+  UnlinkedFile file;
+  if (!file.IsOpen()) return false;
+  OutputIndentedAndFormattedString(0, "Creating temp file \"%s\"", file.Name().c_str());
   bool isDone = false;
-  {
-    UnlinkedFile file;
-    if (!file.IsOpen()) return false;
-    OutputIndentedAndFormattedString(0, "Creating temp file \"%s\"", file.Name().c_str());
-    if (filter == kFilterNone) {
-      OutputIndentedAndFormattedString(0, "   filter type: none");
-      isDone = CopyStream(start, streamLength, &file);
-    } else if (filter == kFilterFlate) {
-      OutputIndentedAndFormattedString(0, "   filter type: flate");
-      isDone = InflateStream(start, &file);
-    }
-    if (isDone) ParseDecodedFile(file.Path());
-    OutputIndentedAndFormattedString(0, "Deleted temp file \"%s\"", file.Name().c_str());
+  if (filter == kFilterNone) {
+    OutputIndentedAndFormattedString(0, "   filter type: none");
+    isDone = CopyStream(start, streamLength, &file);
+  } else if (filter == kFilterFlate) {
+    OutputIndentedAndFormattedString(0, "   filter type: flate");
+    isDone = InflateStream(start, &file);
   }
-  return isDone;
+  if (isDone) ParseDecodedFile(file.Path());
+  OutputIndentedAndFormattedString(0, "Deleted temp file \"%s\"", file.Name().c_str());
+  return m_illustratorFonts.get() != nullptr;
 }
 
 // False when the file ends before the stream.
