@@ -10,6 +10,7 @@
 #include "FontsCommand.h"
 #include "HornbeamVersion.h"
 #include "LibraryCommands.h"
+#include "MatchCommand.h"
 #include "OpenCommand.h"
 #include "StatusCommand.h"
 
@@ -22,6 +23,7 @@ struct Invocation {
   LibraryListOptions libraryList;
   StatusOptions status;
   FontsOptions fonts;
+  MatchOptions match;
   EpsWriteOptions epsWrite;
   std::function<int()> run;
 };
@@ -80,6 +82,19 @@ void AddFonts(CLI::App& app, Invocation& invocation) {
   });
 }
 
+void AddMatch(CLI::App& app, Invocation& invocation) {
+  CLI::App* command =
+      app.add_subcommand("match", "Show the fonts that documents are offered for a name, the best first");
+  MatchOptions& options = invocation.match;
+  command->add_option("NAME", options.names, "PostScript names")->required();
+  command->add_option("--kind", options.kind, "What the document knows: OpenType, Postscript, TrueType");
+  command->add_option("--foundry", options.foundry, "What the document knows: the foundry's name");
+  command->add_flag("--family", options.family, "The names are those of families");
+  command->add_flag("--json", options.json, "One JSON object a name, on one line");
+  command->footer("Exit codes: 0 all names were found, 1 one was not, 2 wrong usage.");
+  command->callback([&invocation] { invocation.run = [&invocation] { return RunMatch(invocation.match); }; });
+}
+
 void AddEpsWrite(CLI::App& app, Invocation& invocation) {
   CLI::App* command = app.add_subcommand("eps-write", "Write font records into an EPS file, in place");
   command->add_option("FILE", invocation.epsWrite.file, "EPS file")->required();
@@ -101,6 +116,7 @@ int Run(int argc, char** argv) {
   AddLibrary(app, invocation);
   AddStatus(app, invocation);
   AddFonts(app, invocation);
+  AddMatch(app, invocation);
   AddEpsWrite(app, invocation);
   try {
     app.parse(argc, argv);

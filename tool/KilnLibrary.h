@@ -1,26 +1,14 @@
 #pragma once
 
-#include <CoreFoundation/CoreFoundation.h>
-
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "Memory/RetainPtr.h"
-#include "client/LibraryInterface.h"
+#include "KilnConnection.h"
 
-/// The font library as the command line reaches it: the agent's client library, found and loaded at run time
-/// beside Kiln, the way a plug-in finds it.
-///
-/// Life: Open() finds Kiln, if need be starts it, binds the library and connects; Close() or the end of the
-/// object takes the connection back. The library's code stays loaded.
-///
-/// Thread: main.
+/// What Kiln says of its library as a whole. Every operation gives 0 or the agent's code, with its output
+/// untouched then. The connection must outlive the object. Thread: main.
 class KilnLibrary {
  public:
-  /// Whether a Kiln that doesn't run may be started.
-  enum class Launch { kNever, kIfNeeded };
-
   /// One file of an import.
   struct FileResult {
     std::string path;
@@ -51,35 +39,17 @@ class KilnLibrary {
     ErrCode vaultStatus = 0;         ///< 0, or why Kiln has no library
   };
 
-  /// \param outProblem  A sentence for the user when there is no library.
-  /// \return Null when Kiln isn't there or its library can't be bound.
-  static std::unique_ptr<KilnLibrary> Open(Launch launch, std::string& outProblem);
-
-  /// Whether a Kiln of this session runs.
-  static bool IsKilnRunning();
-
-  ~KilnLibrary();
-  KilnLibrary(const KilnLibrary&) = delete;
-  KilnLibrary& operator=(const KilnLibrary&) = delete;
+  explicit KilnLibrary(const KilnConnection& kiln) : m_kiln(kiln) {}
 
   /// Adds font files and the font files of folders. `progress` is called as KilnLibraryAddPaths() tells.
-  /// \return 0, or the agent's code with `outResults` untouched.
-  ErrCode AddPaths(const std::vector<std::string>& paths, KilnProgressProc progress, void* context,
-                   std::vector<FileResult>& outResults);
+  ErrCode AddPaths(unsigned int workgroupID, const std::vector<std::string>& paths, KilnProgressProc progress,
+                   void* context, std::vector<FileResult>& outResults) const;
 
-  /// Every font of the library, by family and name; the code as above.
-  ErrCode ListFonts(std::vector<Font>& outFonts);
+  /// Every font of the library, by family and name.
+  ErrCode ListFonts(std::vector<Font>& outFonts) const;
 
-  ErrCode GetStatus(Status& outStatus);
+  ErrCode GetStatus(Status& outStatus) const;
 
  private:
-  explicit KilnLibrary(CFBundleRef bundle);
-  bool Bind();
-
-  RetainPtr<CFBundleRef> m_bundle;
-  decltype(&::GetPluginFacadeInstance) m_getFacade = nullptr;
-  decltype(&::CleanUpOnShutdown) m_cleanUp = nullptr;
-  decltype(&::KilnLibraryAddPaths) m_addPaths = nullptr;
-  decltype(&::KilnLibraryListFonts) m_listFonts = nullptr;
-  decltype(&::KilnLibraryStatus) m_status = nullptr;
+  const KilnConnection& m_kiln;
 };

@@ -14,13 +14,6 @@
 
 namespace {
 
-std::unique_ptr<KilnLibrary> OpenLibrary() {
-  std::string problem;
-  std::unique_ptr<KilnLibrary> library = KilnLibrary::Open(KilnLibrary::Launch::kIfNeeded, problem);
-  if (!library) Complain(problem);
-  return library;
-}
-
 void ShowProgress(unsigned long done, unsigned long total, const char*, void* context) {
   static_cast<ProgressLine*>(context)->Show(done, total);
 }
@@ -65,13 +58,13 @@ void PrintFontAsJson(const KilnLibrary::Font& font) {
 }  // namespace
 
 int RunLibraryAdd(const LibraryAddOptions& options) {
-  const std::unique_ptr<KilnLibrary> library = OpenLibrary();
-  if (!library) return kExitFailed;
+  const std::unique_ptr<KilnConnection> kiln = KilnConnection::Open();
+  if (!kiln) return kExitFailed;
   std::vector<KilnLibrary::FileResult> results;
   ErrCode code = 0;
   {
     ProgressLine progress("Adding");
-    code = library->AddPaths(AbsolutePaths(options.paths), ShowProgress, &progress, results);
+    code = KilnLibrary(*kiln).AddPaths(0, AbsolutePaths(options.paths), ShowProgress, &progress, results);
   }
   if (code != 0) {
     ComplainOfCode("the fonts could not be added", code);
@@ -91,10 +84,10 @@ int RunLibraryAdd(const LibraryAddOptions& options) {
 }
 
 int RunLibraryList(const LibraryListOptions& options) {
-  const std::unique_ptr<KilnLibrary> library = OpenLibrary();
-  if (!library) return kExitFailed;
+  const std::unique_ptr<KilnConnection> kiln = KilnConnection::Open();
+  if (!kiln) return kExitFailed;
   std::vector<KilnLibrary::Font> fonts;
-  if (const ErrCode code = library->ListFonts(fonts)) {
+  if (const ErrCode code = KilnLibrary(*kiln).ListFonts(fonts)) {
     ComplainOfCode("the library could not be listed", code);
     return kExitFailed;
   }

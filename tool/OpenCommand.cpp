@@ -113,7 +113,7 @@ class OpenRun {
     const bool activated =
         std::any_of(m_documents.begin(), m_documents.end(),
                     [](const OpenedDocument& document) { return document.report.HasActivated(); });
-    if (!activated || m_options.keepOpen || KilnLibrary::IsKilnRunning()) return;
+    if (!activated || m_options.keepOpen || KilnConnection::IsKilnRunning()) return;
     Complain("Kiln has ended unexpectedly; it gives the fonts back when it starts again");
   }
 
@@ -124,12 +124,11 @@ class OpenRun {
     if (!m_options.giveBack || m_options.keepOpen) return;
     if (std::none_of(m_documents.begin(), m_documents.end(), activated)) return;
     if (std::any_of(m_documents.begin(), m_documents.end(), gaveBack)) return;
-    if (!KilnLibrary::IsKilnRunning()) return;
-    std::string problem;
-    const std::unique_ptr<KilnLibrary> kiln = KilnLibrary::Open(KilnLibrary::Launch::kNever, problem);
+    if (!KilnConnection::IsKilnRunning()) return;
+    const std::unique_ptr<KilnConnection> kiln = KilnConnection::Open(KilnConnection::Launch::kNever);
     KilnLibrary::Status status;
-    if (!kiln) return Complain(problem);
-    if (const ErrCode code = kiln->GetStatus(status)) {
+    if (!kiln) return;
+    if (const ErrCode code = KilnLibrary(*kiln).GetStatus(status)) {
       ComplainOfCode("the fonts couldn't be given back, and stay active until Kiln starts again", code);
     }
   }

@@ -39,18 +39,14 @@ void PrintNotRunning(bool asJson) {
 }  // namespace
 
 int RunStatus(const StatusOptions& options) {
-  if (!KilnLibrary::IsKilnRunning()) {
+  if (!KilnConnection::IsKilnRunning()) {
     PrintNotRunning(options.json);
     return kExitOk;
   }
-  std::string problem;
-  const std::unique_ptr<KilnLibrary> library = KilnLibrary::Open(KilnLibrary::Launch::kNever, problem);
-  if (!library) {
-    Complain(problem);
-    return kExitFailed;
-  }
+  const std::unique_ptr<KilnConnection> kiln = KilnConnection::Open(KilnConnection::Launch::kNever);
+  if (!kiln) return kExitFailed;
   KilnLibrary::Status status;
-  if (const ErrCode code = library->GetStatus(status)) {
+  if (const ErrCode code = KilnLibrary(*kiln).GetStatus(status)) {
     ComplainOfCode("Kiln doesn't say how it is", code);
     return kExitFailed;
   }

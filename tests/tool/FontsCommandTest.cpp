@@ -1,31 +1,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/ProgramRun.h"
 #include "support/TemporaryFolder.h"
+#include "tool/RunHornbeam.h"
 
 namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr char kHornbeam[] = HORNBEAM_STAGE "/bin/hornbeam";
-
 /// `hornbeam fonts` and `hornbeam eps-write`, which need neither Kiln nor a home.
 class FontsCommandTest : public testing::Test {
  protected:
-  struct Result {
-    int exitCode;
-    std::string output;
-    std::string errors;
-  };
-
-  static Result Run(const std::vector<std::string>& arguments) {
-    ProgramRun run(kHornbeam, arguments);
-    const int exitCode = run.Wait();
-    return {exitCode, run.Output(), run.Errors()};
-  }
-
   // Long enough to be taken for an EPS.
   std::string WriteEps(const std::string& name, const std::string& comments) const {
     return m_folder.Write(name, "%!PS-Adobe-3.0 EPSF-3.0\n" + comments + "%%EndComments\n" +
@@ -38,10 +24,10 @@ class FontsCommandTest : public testing::Test {
 TEST_F(FontsCommandTest, ListsTheFontsOfAFileAndWhereTheyStood) {
   const std::string path = WriteEps(
       "a.eps", "%%DocumentFonts: Foo-Bold\n%%DocumentFontSpecs: <FONTSPEC NAME=\"Bar\" VERSION=\"1.0\"/>\n");
-  const Result plain = Run({"fonts", path});
+  const HornbeamResult plain = RunHornbeam({"fonts", path});
   EXPECT_EQ(plain.exitCode, 0);
   EXPECT_EQ(plain.output, path + ": EPS\n  Foo-Bold  (comment)\n  Bar  (specification)\n");
-  const Result full = Run({"fonts", "--json", "--glyphmark", path});
+  const HornbeamResult full = RunHornbeam({"fonts", "--json", "--glyphmark", path});
   EXPECT_EQ(full.output, "{\"file\":\"" + path +
                              "\",\"kind\":\"EPS\",\"fonts\":[{\"postScriptName\":\"Foo-Bold\",\"source\":"
                              "\"comment\"},{\"postScriptName\":\"Bar\",\"source\":\"specification\","
@@ -52,16 +38,16 @@ TEST_F(FontsCommandTest, EndsAsGrepDoes) {
   const std::string with = WriteEps("with.eps", "%%DocumentFonts: Foo\n");
   const std::string without = WriteEps("without.eps", "");
   const std::string unknown = m_folder.Write("short.eps", "%!PS");
-  EXPECT_EQ(Run({"fonts", without, with}).exitCode, 0);
-  EXPECT_EQ(Run({"fonts", without, unknown}).exitCode, 1);
-  const Result trouble = Run({"fonts", "--json", with, m_folder.Path("none.eps"), unknown});
+  EXPECT_EQ(RunHornbeam({"fonts", without, with}).exitCode, 0);
+  EXPECT_EQ(RunHornbeam({"fonts", without, unknown}).exitCode, 1);
+  const HornbeamResult trouble = RunHornbeam({"fonts", "--json", with, m_folder.Path("none.eps"), unknown});
   EXPECT_EQ(trouble.exitCode, 2);
   EXPECT_THAT(trouble.output,
               HasSubstr("none.eps\",\"kind\":\"unknown\",\"fonts\":[],\"notes\":[\"can't be read\"]}"));
   EXPECT_THAT(trouble.output, HasSubstr("short.eps\",\"kind\":\"unknown\",\"fonts\":[],\"notes\":[]}"));
   EXPECT_THAT(trouble.errors, HasSubstr("none.eps: No such file"));
-  EXPECT_EQ(Run({"fonts", m_folder.Path()}).exitCode, 2);
-  EXPECT_EQ(Run({"fonts"}).exitCode, 2);
+  EXPECT_EQ(RunHornbeam({"fonts", m_folder.Path()}).exitCode, 2);
+  EXPECT_EQ(RunHornbeam({"fonts"}).exitCode, 2);
 }
 
 TEST_F(FontsCommandTest, KeepsTheOrderOfManyFilesBelowAFolder) {
@@ -72,7 +58,7 @@ TEST_F(FontsCommandTest, KeepsTheOrderOfManyFilesBelowAFolder) {
                 ": EPS\n  " + name + "  (comment)\n";
   }
   m_folder.Write("art/notes.txt", "%%DocumentFonts: No");
-  EXPECT_EQ(Run({"fonts", "-r", m_folder.Path("art")}).output, expected);
+  EXPECT_EQ(RunHornbeam({"fonts", "-r", m_folder.Path("art")}).output, expected);
 }
 
 TEST_F(FontsCommandTest, WritesRecordsIntoAnEpsAndReadsThemBack) {
@@ -81,30 +67,31 @@ TEST_F(FontsCommandTest, WritesRecordsIntoAnEpsAndReadsThemBack) {
       m_folder.Write("records.plist",
                      "<plist version=\"1.0\"><array><dict><key>PostScriptName</key><string>Foo-Bold</string>"
                      "<key>Foundry</key><string>Acme</string></dict></array></plist>");
-  const Result written = Run({"eps-write", path, "--from", records});
+  const HornbeamResult written = RunHornbeam({"eps-write", path, "--from", records});
   EXPECT_EQ(written.exitCode, 0);
   EXPECT_THAT(written.errors, IsEmpty());
   EXPECT_THAT(
       m_folder.Read("a.eps"),
       HasSubstr("%%DocumentFontSpecs: <FONTSPEC NAME=\"Foo-Bold\" FOUNDRY=\"Acme\"/>\r%%EndComments"));
-  EXPECT_THAT(Run({"fonts", path}).output, HasSubstr("Foo-Bold  (specification)"));
+  EXPECT_THAT(RunHornbeam({"fonts", path}).output, HasSubstr("Foo-Bold  (specification)"));
 }
 
 TEST_F(FontsCommandTest, SaysWhatCannotBeWritten) {
   const std::string path = WriteEps("a.eps", "");
   const std::string list = "<plist version=\"1.0\"><array><dict><key>PostScriptName</key><string>";
   const std::string blank = m_folder.Write("blank.plist", list + "Foo Bar</string></dict></array></plist>");
-  EXPECT_THAT(Run({"eps-write", path, "--from", blank}).errors,
+  EXPECT_THAT(RunHornbeam({"eps-write", path, "--from", blank}).errors,
               HasSubstr("Foo Bar: isn't found in the file"));
   const std::string quote = m_folder.Write(
       "quote.plist", list + "Foo</string><key>Version</key><string>\"1\"</string></dict></array></plist>");
-  EXPECT_THAT(Run({"eps-write", path, "--from", quote}).errors, HasSubstr("Foo: VERSION can't be written"));
+  EXPECT_THAT(RunHornbeam({"eps-write", path, "--from", quote}).errors,
+              HasSubstr("Foo: VERSION can't be written"));
   const std::string open = m_folder.Write("open.eps", "%!PS-Adobe-3.0 EPSF-3.0\n" + std::string(1000, 'x'));
-  const Result refused = Run({"eps-write", open, "--from", blank});
+  const HornbeamResult refused = RunHornbeam({"eps-write", open, "--from", blank});
   EXPECT_EQ(refused.exitCode, 1);
   EXPECT_THAT(refused.errors, HasSubstr("open.eps: no %%EndComments"));
-  EXPECT_EQ(Run({"eps-write", path, "--from", path}).exitCode, 1);
-  EXPECT_EQ(Run({"eps-write", path}).exitCode, 2);
+  EXPECT_EQ(RunHornbeam({"eps-write", path, "--from", path}).exitCode, 1);
+  EXPECT_EQ(RunHornbeam({"eps-write", path}).exitCode, 2);
 }
 
 }  // namespace

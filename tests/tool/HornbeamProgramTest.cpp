@@ -5,7 +5,7 @@
 
 #include "support/IdmlFixture.h"
 #include "support/PrivateHome.h"
-#include "support/ProgramRun.h"
+#include "tool/RunHornbeam.h"
 
 namespace {
 
@@ -13,8 +13,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr char kFontFolder[] = "/usr/share/fonts/truetype/dejavu";
-constexpr char kHornbeam[] = HORNBEAM_STAGE "/bin/hornbeam";
-constexpr char kKiln[] = HORNBEAM_STAGE "/lib/hornbeam/Kiln/Kiln";
 
 /// Fonts by family, style and PostScript name, as fonts-dejavu-core has them.
 struct Face {
@@ -31,18 +29,6 @@ constexpr Face kNobodyHasIt{"Quillmere", "Display", "Quillmere-Display"};
 class HornbeamProgramTest : public testing::Test {
  protected:
   HornbeamProgramTest() { m_home.WriteLaunchInformation(kKiln); }
-
-  struct Result {
-    int exitCode;
-    std::string output;
-    std::string errors;
-  };
-
-  static Result Run(const std::vector<std::string>& arguments) {
-    ProgramRun run(kHornbeam, arguments);
-    const int exitCode = run.Wait();
-    return {exitCode, run.Output(), run.Errors()};
-  }
 
   // The PostScript names that fontconfig shows to any program.
   static std::string FcList() {
@@ -70,7 +56,7 @@ class HornbeamProgramTest : public testing::Test {
   }
 
   void FillLibrary() {
-    const Result added = Run({"library", "add", kFontFolder});
+    const HornbeamResult added = RunHornbeam({"library", "add", kFontFolder});
     ASSERT_EQ(added.exitCode, 0) << added.errors;
   }
 
@@ -96,7 +82,7 @@ TEST_F(HornbeamProgramTest, JsonTellsEachDocumentOnOneLine) {
   FillLibrary();
   const std::string all = WriteDocument("all.idml", {kSerif, kSans});
   const std::string some = WriteDocument("some.idml", {kNobodyHasIt, kSans});
-  const Result result = Run({"open", "--json", "--give-back", all, some});
+  const HornbeamResult result = RunHornbeam({"open", "--json", "--give-back", all, some});
   EXPECT_EQ(result.exitCode, 0) << result.errors;
   std::istringstream lines(result.output);
   std::string first, second, rest;
@@ -119,7 +105,8 @@ TEST_F(HornbeamProgramTest, AFontThatWasThereBeforeStays) {
   std::filesystem::copy_file(std::string(kFontFolder) + "/DejaVuSans.ttf",
                              m_home.Folder().Path("data/fonts/DejaVuSans.ttf"));
   FillLibrary();
-  const Result result = Run({"open", "--json", "--give-back", WriteDocument("a.idml", {kSans, kSerif})});
+  const HornbeamResult result =
+      RunHornbeam({"open", "--json", "--give-back", WriteDocument("a.idml", {kSans, kSerif})});
   EXPECT_THAT(result.output, HasSubstr("\"deactivated\":[\"DejaVuSerif\"]"));
   EXPECT_TRUE(IsShown(kSans));
   EXPECT_FALSE(IsShown(kSerif));
@@ -128,10 +115,10 @@ TEST_F(HornbeamProgramTest, AFontThatWasThereBeforeStays) {
 TEST_F(HornbeamProgramTest, QuittingGivesBackWhatClosingDidNot) {
   FillLibrary();
   const std::string document = WriteDocument("a.idml", {kSans});
-  const Result closed = Run({"open", "--json", document});
+  const HornbeamResult closed = RunHornbeam({"open", "--json", document});
   EXPECT_THAT(closed.output, HasSubstr("\"deactivated\":[]"));
   EXPECT_FALSE(IsShown(kSans));
-  const Result kept = Run({"open", "--json", "--keep-open", document});
+  const HornbeamResult kept = RunHornbeam({"open", "--json", "--keep-open", document});
   EXPECT_THAT(kept.output, HasSubstr("\"deactivated\":[]"));
   EXPECT_TRUE(IsShown(kSans));
 }
@@ -153,25 +140,26 @@ TEST_F(HornbeamProgramTest, ClosingEndsWellAfterKilnWasKilled) {
   ASSERT_EQ(PrivateHome::SignalPrograms("Kiln", SIGKILL), 1);
   EXPECT_EQ(run.Wait(), 0) << run.Errors();
   EXPECT_THAT(run.Errors(), HasSubstr("Kiln has ended unexpectedly"));
-  EXPECT_EQ(Run({"library", "list"}).exitCode, 0) << "starts Kiln again";
+  EXPECT_EQ(RunHornbeam({"library", "list"}).exitCode, 0) << "starts Kiln again";
   EXPECT_FALSE(IsShown(kSans));
 }
 
 TEST_F(HornbeamProgramTest, WithoutAFontManagerThePlugInIsInertAndSaysSo) {
   std::filesystem::remove_all(m_home.Folder().Path("data/Talworth"));
-  const Result result = Run({"open", WriteDocument("a.idml", {kSans})});
+  const HornbeamResult result = RunHornbeam({"open", WriteDocument("a.idml", {kSans})});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.errors, HasSubstr("could not locate a running copy of the Kiln application"));
   EXPECT_THAT(result.output, HasSubstr("0 activated"));
-  EXPECT_THAT(Run({"status"}).output, HasSubstr("isn't running"));
-  EXPECT_EQ(Run({"library", "list"}).exitCode, 1);
+  EXPECT_THAT(RunHornbeam({"status"}).output, HasSubstr("isn't running"));
+  EXPECT_EQ(RunHornbeam({"library", "list"}).exitCode, 1);
 }
 
 TEST_F(HornbeamProgramTest, ABadDocumentIsNamedAndTheOthersAreOpened) {
   FillLibrary();
   const std::string bad = m_home.Folder().Write("bad.idml", "no package");
   const std::string missing = m_home.Folder().Path("missing.idml");
-  const Result result = Run({"open", "--json", bad, missing, WriteDocument("good.idml", {kSans})});
+  const HornbeamResult result =
+      RunHornbeam({"open", "--json", bad, missing, WriteDocument("good.idml", {kSans})});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.errors, HasSubstr("hornbeam: " + bad + ": "));
   EXPECT_THAT(result.errors, HasSubstr("hornbeam: " + missing + ": "));
@@ -187,31 +175,32 @@ TEST_F(HornbeamProgramTest, TwoImportsAtOnceBothLandAndADamagedFontIsNamed) {
   EXPECT_EQ(second.Wait(), 0) << second.Errors();
   EXPECT_THAT(first.Errors(), HasSubstr("hornbeam: " + damaged + ": "));
   EXPECT_THAT(first.Output(), HasSubstr("Added 1 fonts from 1 files, 1 failed."));
-  const std::string list = Run({"library", "list", "--json"}).output;
+  const std::string list = RunHornbeam({"library", "list", "--json"}).output;
   EXPECT_THAT(list, HasSubstr("\"postScriptName\":\"DejaVuSans\""));
   EXPECT_THAT(list, HasSubstr("\"postScriptName\":\"DejaVuSerif\""));
 }
 
 TEST_F(HornbeamProgramTest, ANameThatIsNoTextIsNamedAndTheOtherFontsAreAdded) {
-  const Result result = Run({"library", "add", m_home.Folder().Path("f\xFF.ttf"), kFontFolder});
+  const HornbeamResult result =
+      RunHornbeam({"library", "add", m_home.Folder().Path("f\xFF.ttf"), kFontFolder});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.errors, HasSubstr("The name isn't UTF-8 text."));
   EXPECT_THAT(result.output, HasSubstr(", 1 failed."));
-  EXPECT_THAT(Run({"library", "list"}).output, HasSubstr("DejaVuSans-Bold"));
+  EXPECT_THAT(RunHornbeam({"library", "list"}).output, HasSubstr("DejaVuSans-Bold"));
 }
 
 TEST_F(HornbeamProgramTest, ALibraryThatCantBeUsedIsExplained) {
   m_home.Folder().Write("data/kiln/vault", "no folder");
-  const Result list = Run({"library", "list"});
+  const HornbeamResult list = RunHornbeam({"library", "list"});
   EXPECT_EQ(list.exitCode, 1);
   EXPECT_THAT(list.errors, HasSubstr("database or vault can't be used"));
-  const Result status = Run({"status"});
+  const HornbeamResult status = RunHornbeam({"status"});
   EXPECT_EQ(status.exitCode, 1);
   EXPECT_THAT(status.errors, HasSubstr("Kiln has no library: "));
 }
 
 TEST_F(HornbeamProgramTest, AReportThatCantBeWrittenIsAFailure) {
-  EXPECT_EQ(Run({"status"}).exitCode, 0);
+  EXPECT_EQ(RunHornbeam({"status"}).exitCode, 0);
   const std::string command = std::string(kHornbeam) + " status >/dev/full";
   ProgramRun run("/bin/sh", {"-c", command});
   EXPECT_EQ(run.Wait(), 1);
@@ -225,10 +214,10 @@ TEST_F(HornbeamProgramTest, WrongUsageIsToldApartFromFailure) {
                                                     {"nonsense"},
                                                     {"open", "--nonsense", "a.idml"},
                                                     {"open", "--wait", "--keep-open", "a.idml"}}) {
-    EXPECT_EQ(Run(arguments).exitCode, 2) << testing::PrintToString(arguments);
+    EXPECT_EQ(RunHornbeam(arguments).exitCode, 2) << testing::PrintToString(arguments);
   }
-  EXPECT_EQ(Run({"--help"}).exitCode, 0);
-  EXPECT_THAT(Run({"open", "--help"}).output, HasSubstr("--give-back"));
+  EXPECT_EQ(RunHornbeam({"--help"}).exitCode, 0);
+  EXPECT_THAT(RunHornbeam({"open", "--help"}).output, HasSubstr("--give-back"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "FontManagerInterface/FontNameForm.h"
 #include "FontManagerInterface/FontOrSetInfoRec.h"
 #include "FontManagerInterface/TypeOfFontName.h"
 #include "GMutex.h"
@@ -186,10 +187,12 @@ class FontManagerInterface {
   ///        untouched.
   /// \param inOutData  Must hold a mutable array, which the result replaces and thereby releases: the caller
   ///        owns exactly one array before and after.
-  /// \return The status of the last lookup; -1 without a name, array, or room for the name (128 bytes with
+  /// \param outFoundName  Receives the form of the name that found them; untouched when none did. May be
+  /// null. \return The status of the last lookup; -1 without a name, array, or room for the name (128 bytes
+  /// with
   ///         its ending zero).
   int GetGlyphMarkData(CFDictionaryRef font, TypeOfFontName type, bool& outExcludedRemote, long workgroupID,
-                       CFArrayRef* inOutData);
+                       CFArrayRef* inOutData, FontNameForm* outFoundName = nullptr);
 
   /// The fonts that the manager holds under exactly that name.
   ///

@@ -86,23 +86,31 @@ int CompareFlag(CFDictionaryRef font1, CFDictionaryRef font2, CFStringRef key) {
   return Prefer(first, second);
 }
 
-int PickBestMatch(CFDictionaryRef font1, CFDictionaryRef font2, CFDictionaryRef request) {
-  if (const int result = CompareActiveState(font1, font2)) return result;
-  if (const int result = CompareLiveState(font1, font2)) return result;
-  if (const int result = KeyValueStringMatch(request, font1, font2, kGM_KindKey)) return result;
-  if (const int result = KeyValueStringMatch(request, font1, font2, kGM_FoundryKey)) return result;
-  if (const int result = CompareKindRanking(font1, font2)) return result;
-  if (const int result = Prefer(IsAdobes(font1), IsAdobes(font2))) return result;
-  if (const int result = CompareVersions(font1, font2)) return result;
-  if (const int result = CompareFlag(font1, font2, kGM_IsTempKey)) return result;
-  return CompareFlag(font1, font2, kGM_IsVaultKey);
-}
-
 }  // namespace
 
+BestMatchDecision DecideBestMatch(CFDictionaryRef font1, CFDictionaryRef font2, CFDictionaryRef request) {
+  using Test = EBestMatchTest;
+  if (const int result = CompareActiveState(font1, font2)) return {result, Test::kActiveState};
+  if (const int result = CompareLiveState(font1, font2)) return {result, Test::kLiveState};
+  if (const int result = KeyValueStringMatch(request, font1, font2, kGM_KindKey)) {
+    return {result, Test::kRequestedKind};
+  }
+  if (const int result = KeyValueStringMatch(request, font1, font2, kGM_FoundryKey)) {
+    return {result, Test::kRequestedFoundry};
+  }
+  if (const int result = CompareKindRanking(font1, font2)) return {result, Test::kKindRanking};
+  if (const int result = Prefer(IsAdobes(font1), IsAdobes(font2))) return {result, Test::kAdobeFoundry};
+  if (const int result = CompareVersions(font1, font2)) return {result, Test::kVersion};
+  if (const int result = CompareFlag(font1, font2, kGM_IsTempKey)) return {result, Test::kTemporary};
+  if (const int result = CompareFlag(font1, font2, kGM_IsVaultKey)) return {result, Test::kVault};
+  return {};
+}
+
 CFComparisonResult PickBestMatchCallBack(const void* fontRef1, const void* fontRef2, void* context) {
-  const int result = PickBestMatch(dynamicCF<CFDictionaryRef>(fontRef1), dynamicCF<CFDictionaryRef>(fontRef2),
-                                   dynamicCF<CFDictionaryRef>(context));
+  const int result =
+      DecideBestMatch(dynamicCF<CFDictionaryRef>(fontRef1), dynamicCF<CFDictionaryRef>(fontRef2),
+                      dynamicCF<CFDictionaryRef>(context))
+          .result;
   if (result != kTie) OutputIndentedAndFormattedString(0, "PickBestMatchCallBack returning %d.", result);
   return static_cast<CFComparisonResult>(result);
 }

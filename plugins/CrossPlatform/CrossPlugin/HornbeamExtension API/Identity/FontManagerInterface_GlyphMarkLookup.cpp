@@ -28,6 +28,7 @@ struct Lookup {
   long workgroupID;
   bool& outExcludedRemote;
   CFArrayRef* inOutData;
+  FontNameForm* outFoundName;
   int status = kErrorNotDone;
 
   bool HasFound() const { return FontRecord::Count(*inOutData) > 0; }
@@ -40,6 +41,7 @@ struct Lookup {
     if (!found) return;
     CFRelease(*inOutData);
     *inOutData = found;
+    if (outFoundName) *outFoundName = {name, type};
   }
 
   // Whether the search for other forms of the name ends here.
@@ -151,7 +153,8 @@ int FontManagerInterface::GetGlyphMarkDataForFontName(const char* name, TypeOfFo
 }
 
 int FontManagerInterface::GetGlyphMarkData(CFDictionaryRef font, TypeOfFontName type, bool& outExcludedRemote,
-                                           long workgroupID, CFArrayRef* inOutData) {
+                                           long workgroupID, CFArrayRef* inOutData,
+                                           FontNameForm* outFoundName) {
   OperationTrace trace("FontManagerInterface::GetGlyphMarkData", "Entering %s(%d, workgroupID=%ld)",
                        "FontManagerInterface::GetGlyphMarkData", static_cast<int>(type), workgroupID);
   CFStringRef name = nullptr;
@@ -171,7 +174,7 @@ int FontManagerInterface::GetGlyphMarkData(CFDictionaryRef font, TypeOfFontName 
     buffer[0] = '\0';
   }
 
-  Lookup lookup{*this, workgroupID, outExcludedRemote, inOutData};
+  Lookup lookup{*this, workgroupID, outExcludedRemote, inOutData, outFoundName};
   lookup.Ask(buffer, type);
   if (lookup.status == 0 && !lookup.HasFound()) {
     lookup.Ask(GlyphMarkSupport::StripIllegalPostScriptCharacters(buffer), type);
