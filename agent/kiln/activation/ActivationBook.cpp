@@ -1,7 +1,10 @@
 #include "kiln/activation/ActivationBook.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "kiln/store/Database.h"
 #include "protocol/ActivationStates.h"
@@ -39,13 +42,9 @@ wire::ActivationState KindFor(wire::ActivationMode mode) {
   }
 }
 
-wire::FontPlace PlaceOf(const wire::Font& font, bool local) {
-  wire::FontPlace place;
-  place.set_font_id(font.id());
-  place.set_postscript_name(font.postscript_name());
-  place.set_path(local ? font.path() : font.link_path());
-  place.set_face_index(font.face_index());
-  return place;
+// Whether programs see the font. Activations stand without that while its file has gone.
+bool IsVisible(const FontRow& row, const std::vector<ActivationRow>& rows) {
+  return !row.font.link_path().empty() && AnyGlobal(rows);
 }
 
 }  // namespace
@@ -56,13 +55,13 @@ class ActivationBook::Change {
  public:
   explicit Change(ActivationBook& book) : mBook(book), mTransaction(book.mDatabase) {}
   ~Change() {
-    for (const std::string& link : mNewLinks) mBook.mLinks.Remove(link);
+    for (const Link& link : mNewLinks) mBook.mLinks.Remove(link.place, link.path);
   }
   Change(const Change&) = delete;
   Change& operator=(const Change&) = delete;
 
   bool Began() const { return mTransaction.Began(); }
-  void AddedLink(const std::string& link) { mNewLinks.push_back(link); }
+  void AddedLink(const std::string& place, const std::string& path) { mNewLinks.push_back({place, path}); }
   bool Put(const ActivationRow& row) { return Check(mBook.mActivations.Put(row)); }
   bool Remove(const ActivationRow& row) { return Check(mBook.mActivations.Remove(row.fontID, row.clientID)); }
   bool Check(bool succeeded) {
@@ -75,26 +74,35 @@ class ActivationBook::Change {
     if (row.font.link_path().empty() || mBook.mActivations.FileIsActive(row.fileID)) return;
     if (!mReleased.insert(row.fileID).second) return;
     Check(mBook.mWriter.SetLink(row.fileID, ""));
-    const std::string& path = row.font.link_path();
-    const size_t bucket = path.rfind('/', path.rfind('/') - 1) + 1;
-    mOldLinks.push_back(path.substr(bucket));
+    const std::string& link = row.font.link_path();
+    const size_t bucket = link.rfind('/', link.rfind('/') - 1) + 1;
+    mOldLinks.push_back({link.substr(bucket), row.font.path()});
   }
+
+  std::map<int64_t, std::string> madeVisible;  // files and where their links are now
+  std::set<int64_t> foundMissing;              // files that have turned out to have gone
+  std::vector<uint32_t> missing;               // their fonts
 
   uint32_t Commit() {
     if (mFailed || !mTransaction.Began()) return mBook.mDatabase.Error();
     if (const uint32_t error = mTransaction.Commit()) return error;
     mNewLinks.clear();
-    for (const std::string& link : mOldLinks) mBook.mLinks.Remove(link);
+    for (const Link& link : mOldLinks) mBook.mLinks.Remove(link.place, link.path);
     return codes::kSuccess;
   }
 
  private:
+  struct Link {
+    std::string place;
+    std::string path;  // in the vault
+  };
+
   ActivationBook& mBook;
   Transaction mTransaction;
   bool mFailed = false;
   std::set<int64_t> mReleased;
-  std::vector<std::string> mNewLinks;
-  std::vector<std::string> mOldLinks;
+  std::vector<Link> mNewLinks;
+  std::vector<Link> mOldLinks;
 };
 
 ActivationBook::ActivationBook(Database& database, FontStore& fonts, ActivationStore& activations,
@@ -123,8 +131,9 @@ uint32_t ActivationBook::Start(const std::function<bool(int64_t)>& clientIsAlive
       expected.push_back({file.path, file.link, file.size});
     }
   }
+  // That their files have gone is for the check of the vault to note and to tell.
   for (const std::string& lost : mLinks.Reconcile(expected)) {
-    if (!mWriter.SetLink(files[lost], "") || !mWriter.SetMissing(files[lost], true)) return mDatabase.Error();
+    if (!mWriter.SetLink(files[lost], "")) return mDatabase.Error();
   }
   for (const LibraryWriter::LinkedFile& file : withoutLink) {
     std::string link;
@@ -136,18 +145,29 @@ uint32_t ActivationBook::Start(const std::function<bool(int64_t)>& clientIsAlive
 
 wire::ActivationState ActivationBook::StateFor(const FontRow& row, int64_t clientID) {
   if (row.font.is_system()) return wire::ACTIVATION_SYSTEM;
-  const std::vector<ActivationRow> rows = mActivations.OfFont(row.font.id());
-  if (AnyOfKind(rows, wire::ACTIVATION_PERMANENT)) {
-    return mActivations.HasConflict(row.font.id()) ? wire::ACTIVATION_OVER_CONFLICT
-                                                   : wire::ACTIVATION_PERMANENT;
+  return StateFrom(row, mActivations.OfFont(row.font.id()), clientID);
+}
+
+wire::ActivationState ActivationBook::StateFrom(const FontRow& row, const std::vector<ActivationRow>& rows,
+                                                int64_t clientID) {
+  if (row.font.is_system()) return wire::ACTIVATION_SYSTEM;
+  if (IsVisible(row, rows)) {
+    const bool permanent = AnyOfKind(rows, wire::ACTIVATION_PERMANENT);
+    if (!permanent && !AnyOfKind(rows, wire::ACTIVATION_TEMPORARY)) return wire::ACTIVATION_AUTO;
+    const bool conflict = mActivations.ConflictOf(row.font.id()) != 0;
+    if (permanent) return conflict ? wire::ACTIVATION_OVER_CONFLICT : wire::ACTIVATION_PERMANENT;
+    return conflict ? wire::ACTIVATION_TEMPORARY_OVER_CONFLICT : wire::ACTIVATION_TEMPORARY;
   }
-  if (AnyOfKind(rows, wire::ACTIVATION_TEMPORARY)) {
-    return mActivations.HasConflict(row.font.id()) ? wire::ACTIVATION_TEMPORARY_OVER_CONFLICT
-                                                   : wire::ACTIVATION_TEMPORARY;
-  }
-  if (AnyOfKind(rows, wire::ACTIVATION_AUTO)) return wire::ACTIVATION_AUTO;
-  if (const ActivationRow* own = RowOf(rows, clientID)) return own->kind;
+  const ActivationRow* own = RowOf(rows, clientID);
+  if (own && !IsGlobal(own->kind)) return own->kind;
   return row.missing ? wire::ACTIVATION_MISSING : wire::ACTIVATION_INACTIVE;
+}
+
+void ActivationBook::NoteMissing(const FontRow& row, Change& change) {
+  if (row.missing || !change.foundMissing.insert(row.fileID).second) return;
+  change.Check(mWriter.SetMissing(row.fileID, true));
+  const std::vector<uint32_t> fonts = mActivations.FontsOfFile(row.fileID);
+  change.missing.insert(change.missing.end(), fonts.begin(), fonts.end());
 }
 
 // Links the file unless that is done. On failure nothing is recorded but that the file has gone.
@@ -155,24 +175,30 @@ uint32_t ActivationBook::MakeVisible(FontRow& row, Change& change) {
   if (!row.font.link_path().empty()) return codes::kSuccess;
   std::string link;
   const uint32_t error = mLinks.Add(row.font.path(), row.font.outline_file_name(), link);
-  if (error == codes::kFontMissing) change.Check(mWriter.SetMissing(row.fileID, true));
+  if (error == codes::kFontMissing) NoteMissing(row, change);
   if (error != codes::kSuccess) return error;
-  change.AddedLink(link);
+  change.AddedLink(link, row.font.path());
   change.Check(mWriter.SetLink(row.fileID, link));
   if (row.missing) change.Check(mWriter.SetMissing(row.fileID, false));
   row.font.set_link_path(mLinks.PathOf(link));
+  change.madeVisible[row.fileID] = row.font.link_path();
   return codes::kSuccess;
 }
 
-uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, wire::ActivationMode mode,
-                                     Change& change) {
+uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, const std::vector<ActivationRow>& rows,
+                                     wire::ActivationMode mode, Change& change) {
   const wire::ActivationState kind = KindFor(mode);
   const bool byHand = mode == wire::MODE_TEMPORARY || mode == wire::MODE_PERMANENT;
-  const std::vector<ActivationRow> rows = mActivations.OfFont(row.font.id());
+  const ActivationRow* user = RowOf(rows, kUserClient);
+  const ActivationRow* own = RowOf(rows, clientID);
+  const bool visible = IsVisible(row, rows);
+  if (row.font.refused() && !visible && (IsGlobal(kind) || !own)) return codes::kLicenseComplianceViolation;
   if (IsGlobal(kind)) {
     if (const uint32_t error = MakeVisible(row, change)) return error;
+  } else if (!visible && access(row.font.path().c_str(), R_OK) != 0) {
+    NoteMissing(row, change);
+    return codes::kFontMissing;
   }
-  const ActivationRow* user = RowOf(rows, kUserClient);
   if (byHand) {
     for (const ActivationRow& other : rows) {
       if (other.clientID != kUserClient) change.Remove(other);
@@ -181,7 +207,6 @@ uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, wire::Activ
     if (!user || kind == wire::ACTIVATION_PERMANENT) change.Put({row.font.id(), kUserClient, kind, false});
     return codes::kSuccess;
   }
-  const ActivationRow* own = RowOf(rows, clientID);
   if (user) return codes::kSuccess;
   if (!own) {
     change.Put({row.font.id(), clientID, kind, AnyGlobal(rows)});
@@ -189,6 +214,26 @@ uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, wire::Activ
     change.Put({row.font.id(), clientID, kind, own->hold});
   }
   return codes::kSuccess;
+}
+
+void ActivationBook::ActivateRow(int64_t clientID, FontRow row, wire::ActivationMode mode, Change& change,
+                                 ActivateResult& result) {
+  // Another face of its file may have come before it.
+  const auto made = change.madeVisible.find(row.fileID);
+  if (made != change.madeVisible.end()) row.font.set_link_path(made->second);
+  const std::vector<ActivationRow> before = mActivations.OfFont(row.font.id());
+  const bool visible = IsVisible(row, before);
+  row.font.set_state(StateFrom(row, before, clientID));
+  if (!row.font.is_system()) {
+    if (const uint32_t error = ActivateOne(clientID, row, before, mode, change)) {
+      result.failures[row.font.id()] = error;
+      return;
+    }
+    const bool local = !IsGlobal(KindFor(mode));
+    if (!local && !visible) result.change.activated.push_back(PlaceOf(row.font, false));
+    if (local && !IsActive(row.font.state())) result.change.localActivated.push_back(PlaceOf(row.font, true));
+  }
+  result.fonts.push_back(std::move(row));
 }
 
 uint32_t ActivationBook::Activate(int64_t clientID, std::span<const uint32_t> fontIDs,
@@ -199,25 +244,22 @@ uint32_t ActivationBook::Activate(int64_t clientID, std::span<const uint32_t> fo
   std::set<uint32_t> seen;
   for (const uint32_t id : fontIDs) {
     if (!seen.insert(id).second) continue;
-    std::optional<FontRow> row = mFonts.Load(id, scope);
-    if (!row) {
+    if (std::optional<FontRow> row = mFonts.Load(id, scope)) {
+      ActivateRow(clientID, std::move(*row), mode, change, result);
+    } else {
       result.failures[id] = codes::kInvalidFontIDs;
-      continue;
     }
-    row->font.set_state(StateFor(*row, clientID));
-    const std::vector<ActivationRow> before = mActivations.OfFont(id);
-    if (!row->font.is_system()) {
-      if (const uint32_t error = ActivateOne(clientID, *row, mode, change)) {
-        result.failures[id] = error;
-        continue;
-      }
-      const bool local = !IsGlobal(KindFor(mode));
-      if (!local && !AnyGlobal(before)) result.change.activated.push_back(PlaceOf(row->font, false));
-      if (local && !IsActive(row->font.state()))
-        result.change.localActivated.push_back(PlaceOf(row->font, true));
-    }
-    result.fonts.push_back(std::move(*row));
   }
+  result.change.missing = change.missing;
+  return change.Commit();
+}
+
+uint32_t ActivationBook::Activate(int64_t clientID, std::vector<FontRow> rows, wire::ActivationMode mode,
+                                  ActivateResult& result) {
+  Change change(*this);
+  if (!change.Began()) return mDatabase.Error();
+  for (FontRow& row : rows) ActivateRow(clientID, std::move(row), mode, change, result);
+  result.change.missing = change.missing;
   return change.Commit();
 }
 
@@ -236,7 +278,7 @@ uint32_t ActivationBook::Deactivate(int64_t clientID, std::span<const uint32_t> 
     result.released.push_back(id);
     change.ReleaseFile(*row);
     if (own && !IsGlobal(own->kind)) result.change.localDeactivated.push_back(PlaceOf(row->font, true));
-    if (AnyGlobal(rows) && !AnyGlobal(mActivations.OfFont(id))) {
+    if (IsVisible(*row, rows) && !AnyGlobal(mActivations.OfFont(id))) {
       result.change.deactivated.push_back(PlaceOf(row->font, false));
     }
   }
@@ -252,7 +294,7 @@ uint32_t ActivationBook::EndSession(int64_t clientID, ActivationChange& result) 
     const std::optional<FontRow> row = mFonts.Load(own.fontID);
     if (!row) continue;
     change.ReleaseFile(*row);
-    if (IsGlobal(own.kind) && !AnyGlobal(mActivations.OfFont(own.fontID))) {
+    if (IsGlobal(own.kind) && !row->font.link_path().empty() && !AnyGlobal(mActivations.OfFont(own.fontID))) {
       result.deactivated.push_back(PlaceOf(row->font, false));
     }
   }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "kiln/activation/ActivationChange.h"
 #include "kiln/activation/LinkFolder.h"
 #include "kiln/store/ActivationStore.h"
 #include "kiln/store/FontStore.h"
@@ -15,14 +16,6 @@
 namespace kiln {
 
 class Database;
-
-/// What a change of activations did to the fonts that programs see.
-struct ActivationChange {
-  std::vector<wire::FontPlace> activated;         ///< for all programs
-  std::vector<wire::FontPlace> deactivated;       ///< for all programs
-  std::vector<wire::FontPlace> localActivated;    ///< in the process of the client that asked
-  std::vector<wire::FontPlace> localDeactivated;  ///< in the process of the client that asked
-};
 
 /// Keeps who has which font active, and the link folder in step with it. The rules are told in Kiln.proto
 /// under Activation.
@@ -43,15 +36,20 @@ class ActivationBook {
   wire::ActivationState StateFor(const FontRow& row, int64_t clientID);
 
   struct ActivateResult {
-    std::vector<FontRow> fonts;             ///< in order; `font.state` is that before the call
-    std::map<uint32_t, uint32_t> failures;  ///< ID and why: kInvalidFontIDs, kFontMissing, kDiskFull ...
+    std::vector<FontRow> fonts;  ///< in order; `font.state` is that before the call
+    /// ID and why: kInvalidFontIDs, kFontMissing, kLicenseComplianceViolation, kDiskFull ...
+    std::map<uint32_t, uint32_t> failures;
     ActivationChange change;
   };
-  /// Activates fonts for a client, or by hand. An ID that stands twice is one.
-  /// \param scope  Gives the workgroup that the records name; a font outside it isn't known.
-  /// \return 0 or the database's error. A font that can't be activated is no error.
+  /// Activates fonts for a client, or by hand. An ID that stands twice is one. A font that is marked as not
+  /// to be activated is refused, but for one that is active already. \param scope  Gives the workgroup that
+  /// the records name; a font outside it isn't known. \return 0 or the database's error. A font that can't be
+  /// activated is no error.
   uint32_t Activate(int64_t clientID, std::span<const uint32_t> fontIDs, const WorkgroupScope& scope,
                     wire::ActivationMode mode, ActivateResult& result);
+  /// The same for fonts that have been loaded since the last change, each once.
+  uint32_t Activate(int64_t clientID, std::vector<FontRow> rows, wire::ActivationMode mode,
+                    ActivateResult& result);
 
   struct DeactivateResult {
     std::vector<uint32_t> released;  ///< given back
@@ -69,8 +67,14 @@ class ActivationBook {
  private:
   class Change;
 
-  uint32_t ActivateOne(int64_t clientID, FontRow& row, wire::ActivationMode mode, Change& change);
+  wire::ActivationState StateFrom(const FontRow& row, const std::vector<ActivationRow>& rows,
+                                  int64_t clientID);
+  void ActivateRow(int64_t clientID, FontRow row, wire::ActivationMode mode, Change& change,
+                   ActivateResult& result);
+  uint32_t ActivateOne(int64_t clientID, FontRow& row, const std::vector<ActivationRow>& rows,
+                       wire::ActivationMode mode, Change& change);
   uint32_t MakeVisible(FontRow& row, Change& change);
+  void NoteMissing(const FontRow& row, Change& change);
 
   Database& mDatabase;
   FontStore& mFonts;

@@ -67,6 +67,13 @@ int LinkOrCopy(const std::string& from, const std::string& to) {
   return cannotLink ? CopyInto(from, to) : errno;
 }
 
+// Into the vault. Its own folder isn't made anew: someone who has moved it away will want to move it back.
+int PutBack(const std::string& link, const std::string& path) {
+  mkdir(path.substr(0, path.rfind('/')).c_str(), 0700);
+  const int error = LinkOrCopy(link, path);
+  return error == EEXIST ? 0 : error;
+}
+
 // Links keep the content alive elsewhere; a file with one name may be all there is of it.
 bool IsSafeToRemove(const std::filesystem::path& path, bool folderHoldsCopies) {
   struct stat found {};
@@ -103,14 +110,29 @@ std::vector<std::filesystem::path> Children(const std::filesystem::path& folder)
 
 }  // namespace
 
+// One with room that hasn't the name, else the first number that isn't in use.
 int LinkFolder::FindBucket(const std::string& name) const {
+  for (const int bucket : mWithRoom) {
+    if (mBuckets.at(bucket).count(name) == 0) return bucket;
+  }
+  const auto count = static_cast<int>(mBuckets.size());
+  if (count == 0 || mBuckets.rbegin()->first == count - 1) return count;
   int bucket = 0;
   for (const auto& [number, names] : mBuckets) {
-    if (number != bucket) break;  // the first gap
-    if (names.size() < kBucketSize && names.count(name) == 0) break;
+    if (number != bucket) break;
     ++bucket;
   }
   return bucket;
+}
+
+void LinkFolder::Note(int bucket, const std::string& name) {
+  std::set<std::string>& names = mBuckets[bucket];
+  names.insert(name);
+  if (names.size() < kBucketSize) {
+    mWithRoom.insert(bucket);
+  } else {
+    mWithRoom.erase(bucket);
+  }
 }
 
 uint32_t LinkFolder::Add(const std::string& path, const std::string& wantedName, std::string& link) {
@@ -118,37 +140,60 @@ uint32_t LinkFolder::Add(const std::string& path, const std::string& wantedName,
   for (;;) {
     const int bucket = FindBucket(name);
     const std::string folder = mFolder + "/" + BucketName(bucket);
-    if (const int error = MakeFolders(folder)) return CodeOf(error == ENOENT ? EIO : error);
     const std::string place = BucketName(bucket) + "/" + name;
-    const int error = LinkOrCopy(path, PathOf(place));
+    int error = mBuckets.count(bucket) > 0 ? LinkOrCopy(path, PathOf(place)) : ENOENT;
+    if (error == ENOENT) {
+      // The folder may be what isn't there.
+      if (const int folderError = MakeFolders(folder))
+        return CodeOf(folderError == ENOENT ? EIO : folderError);
+      error = LinkOrCopy(path, PathOf(place));
+    }
     if (error != 0 && error != EEXIST) {
       rmdir(folder.c_str());
       return CodeOf(error);
     }
-    mBuckets[bucket].insert(name);
+    Note(bucket, name);
     link = place;
     if (error == 0) return codes::kSuccess;
     // Someone else's file has the name: it is noted as taken, and the next bucket is tried.
   }
 }
 
-void LinkFolder::Forget(const std::string& place) {
+// True when nothing of its bucket is left.
+bool LinkFolder::Forget(const std::string& place) {
   const size_t slash = place.find('/');
   const auto bucket = mBuckets.find(std::atoi(place.c_str()));
-  if (slash == std::string::npos || bucket == mBuckets.end()) return;
+  if (slash == std::string::npos || bucket == mBuckets.end()) return false;
   bucket->second.erase(place.substr(slash + 1));
-  if (bucket->second.empty()) mBuckets.erase(bucket);
+  mWithRoom.insert(bucket->first);
+  if (!bucket->second.empty()) return false;
+  mWithRoom.erase(bucket->first);
+  mBuckets.erase(bucket);
+  return true;
 }
 
-void LinkFolder::Remove(const std::string& place) {
-  const std::string path = mFolder + "/" + place;
-  unlink(path.c_str());
-  rmdir(path.substr(0, path.rfind('/')).c_str());
-  Forget(place);
+void LinkFolder::Remove(const std::string& place, const std::string& path) {
+  const std::string link = PathOf(place);
+  if (access(path.c_str(), F_OK) == 0 || PutBack(link, path) == 0) unlink(link.c_str());
+  if (Forget(place)) rmdir(link.substr(0, link.rfind('/')).c_str());
+}
+
+bool LinkFolder::Restore(const std::string& place, const std::string& path, uint64_t size) {
+  struct stat found {};
+  const std::string link = PathOf(place);
+  if (lstat(link.c_str(), &found) != 0 || !S_ISREG(found.st_mode)) return false;
+  if (static_cast<uint64_t>(found.st_size) != size) return false;
+  return PutBack(link, path) == 0;
+}
+
+bool LinkFolder::Holds(const std::string& place) const {
+  struct stat found {};
+  return lstat(PathOf(place).c_str(), &found) == 0;
 }
 
 std::vector<std::string> LinkFolder::Reconcile(const std::vector<Expected>& expected) {
   mBuckets.clear();
+  mWithRoom.clear();
   std::vector<std::string> lost;
   for (const Expected& file : expected) {
     const std::string path = mFolder + "/" + file.link;
@@ -162,7 +207,7 @@ std::vector<std::string> LinkFolder::Reconcile(const std::vector<Expected>& expe
       lost.push_back(file.link);
       continue;
     }
-    mBuckets[std::atoi(file.link.c_str())].insert(file.link.substr(file.link.find('/') + 1));
+    Note(std::atoi(file.link.c_str()), file.link.substr(file.link.find('/') + 1));
   }
   const bool holdsCopies = !AreOnOneFileSystem(mFolder, mVault);
   for (const std::filesystem::path& bucket : Children(mFolder)) {

@@ -32,7 +32,16 @@ class LinkFolder {
   uint32_t Add(const std::string& path, const std::string& name, std::string& link);
 
   /// Takes a file away, and its bucket with the last one. One that isn't there is as good.
-  void Remove(const std::string& link);
+  /// \param path  The file in the vault. Where that has gone, it is put back from here first.
+  void Remove(const std::string& link, const std::string& path);
+
+  /// Puts a file whose copy in the vault has gone back to `path` from here. The vault's folder must be there.
+  /// \param size  The file's; another one here isn't it.
+  /// \return False when it isn't here either, or couldn't be put back.
+  bool Restore(const std::string& link, const std::string& path, uint64_t size);
+
+  /// Whether a place still holds a file.
+  bool Holds(const std::string& link) const;
 
   /// The whole path of a place.
   std::string PathOf(const std::string& link) const { return mFolder + "/" + link; }
@@ -51,11 +60,13 @@ class LinkFolder {
 
  private:
   int FindBucket(const std::string& name) const;
-  void Forget(const std::string& link);
+  void Note(int bucket, const std::string& name);
+  bool Forget(const std::string& link);
 
   const std::string mFolder;
   const std::string mVault;
   std::map<int, std::set<std::string>> mBuckets;  // names in use, by bucket
+  std::set<int> mWithRoom;                        // those of them that aren't full
 };
 
 }  // namespace kiln

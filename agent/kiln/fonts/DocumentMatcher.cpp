@@ -3,10 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <map>
+#include <optional>
 #include <utility>
 
 #include "kiln/fonts/FontRanking.h"
+#include "kiln/store/Database.h"
 #include "protocol/ActivationStates.h"
 #include "protocol/ErrorCodes.h"
 
@@ -26,15 +27,25 @@ WorkgroupScope ScopeOf(uint32_t workgroup) {
   return WorkgroupScope(std::vector<uint32_t>{workgroup, kSystemWorkgroup});
 }
 
-void AddProblem(wire::ActivateDocumentFontsReply& reply, int index, wire::ProblemFont::Reason reason,
-                uint32_t error) {
-  wire::ProblemFont& problem = *reply.add_problems();
-  problem.set_request_index(static_cast<uint32_t>(index));
-  problem.set_reason(reason);
-  problem.set_error(error);
+// Orders the candidates for a font, or, without an identity, any fonts.
+struct Better {
+  const wire::FontIdentity* identity;
+  bool operator()(const FontRow& first, const FontRow& second) const {
+    return CompareCandidates(identity, first.font, second.font) < 0;
+  }
+};
+
+// What a mark keeps from being activated; a font that is active stays so.
+bool IsRefused(const wire::Font& font) {
+  return font.refused() && !IsActive(font.state());
 }
 
 }  // namespace
+
+void DocumentMatcher::Matching::Choose(int index, FontRow row, bool familyMember) {
+  choices.push_back({index, row.font.id(), familyMember});
+  if (chosen.insert(row.font.id()).second) rows.push_back(std::move(row));
+}
 
 std::vector<FontRow> DocumentMatcher::Ranked(int64_t clientID, const std::vector<uint32_t>& ids,
                                              const WorkgroupScope& scope,
@@ -44,95 +55,93 @@ std::vector<FontRow> DocumentMatcher::Ranked(int64_t clientID, const std::vector
     std::optional<FontRow> row = mFonts.Load(id, scope);
     if (!row) continue;
     row->font.set_state(mBook.StateFor(*row, clientID));
-    const bool active = IsActive(row->font.state());
-    if (!active) {
-      row->missing = access(row->font.path().c_str(), R_OK) != 0;
-      row->font.set_state(row->missing ? wire::ACTIVATION_MISSING : wire::ACTIVATION_INACTIVE);
+    // It may have come back a moment ago.
+    if (row->font.state() == wire::ACTIVATION_MISSING && access(row->font.path().c_str(), R_OK) == 0) {
+      row->font.set_state(wire::ACTIVATION_INACTIVE);
     }
     rows.push_back(std::move(*row));
   }
-  std::sort(rows.begin(), rows.end(), [identity](const FontRow& first, const FontRow& second) {
-    return CompareCandidates(identity, first.font, second.font) < 0;
-  });
+  std::sort(rows.begin(), rows.end(), Better{identity});
   return rows;
 }
 
-std::optional<uint32_t> DocumentMatcher::Choose(int64_t clientID, const wire::FontIdentity& identity,
-                                                const WorkgroupScope& scope, bool useIdentity,
-                                                wire::ProblemFont::Reason& reason) {
-  const std::vector<FontRow> ranked = Ranked(clientID, mFonts.WithPostScriptName(identity.postscript_name()),
-                                             scope, useIdentity ? &identity : nullptr);
+void DocumentMatcher::MatchOne(int64_t clientID, const wire::ActivateDocumentFontsRequest& request, int index,
+                               const Embedded& embedded, const WorkgroupScope& scope, Matching& matching) {
+  const wire::FontIdentity& asked = request.fonts(index);
+  const auto stored = embedded.find(asked.postscript_name());
+  const wire::FontIdentity identity = Completed(asked, stored == embedded.end() ? nullptr : stored->second);
+  const wire::FontIdentity* useful = request.glyph_mark_enabled() ? &identity : nullptr;
+  std::vector<FontRow> ranked =
+      Ranked(clientID, mFonts.WithPostScriptName(identity.postscript_name()), scope, useful);
   if (ranked.empty()) {
-    reason = wire::ProblemFont::NOT_FOUND;
-  } else if (ranked.front().font.state() == wire::ACTIVATION_MISSING) {
-    reason = wire::ProblemFont::FILE_MISSING;
-  } else {
-    return ranked.front().font.id();
+    matching.problems[index] = {wire::ProblemFont::NOT_FOUND, codes::kNotFound, 0};
+    return;
   }
-  return std::nullopt;
+  const uint32_t best = ranked.front().font.id();
+  std::erase_if(ranked, [](const FontRow& row) { return IsRefused(row.font); });
+  if (ranked.empty()) {
+    matching.problems[index] = {wire::ProblemFont::REFUSED, codes::kLicenseComplianceViolation, best};
+    return;
+  }
+  // Only the best one's file matters; one that has just gone leaves its place to the next.
+  while (ranked.front().font.state() == wire::ACTIVATION_INACTIVE &&
+         access(ranked.front().font.path().c_str(), R_OK) != 0) {
+    ranked.front().font.set_state(wire::ACTIVATION_MISSING);
+    std::sort(ranked.begin(), ranked.end(), Better{useful});
+  }
+  if (ranked.front().font.state() == wire::ACTIVATION_MISSING && ranked.front().missing) {
+    matching.problems[index] = {wire::ProblemFont::FILE_MISSING, codes::kFontMissing, best};
+    return;
+  }
+  // That a file is missing which isn't noted as such is for the activation to find and to note.
+  matching.Choose(index, std::move(ranked.front()), false);
 }
 
 // Behind each font the other members of its family group, one per name that the document doesn't have
 // already.
-void DocumentMatcher::AddFamilies(int64_t clientID, const WorkgroupScope& scope,
-                                  std::vector<Choice>& choices) {
+void DocumentMatcher::AddFamilies(int64_t clientID, const WorkgroupScope& scope, Matching& matching) {
   std::set<std::string> names;
-  for (const Choice& choice : choices) {
-    if (const std::optional<FontRow> row = mFonts.Load(choice.fontID))
-      names.insert(row->font.postscript_name());
+  std::map<uint32_t, uint32_t> groupOf;
+  for (const FontRow& row : matching.rows) {
+    names.insert(row.font.postscript_name());
+    groupOf[row.font.id()] = row.font.family_group_id();
   }
   std::set<uint32_t> groups;
-  std::vector<Choice> all;
-  for (const Choice& choice : choices) {
-    all.push_back(choice);
-    const std::optional<FontRow> row = mFonts.Load(choice.fontID);
-    if (!row || !groups.insert(row->font.family_group_id()).second) continue;
-    const std::vector<uint32_t> members = mFonts.InFamilyGroup(row->font.family_group_id());
-    for (const FontRow& member : Ranked(clientID, members, scope, nullptr)) {
-      if (member.font.state() == wire::ACTIVATION_MISSING) continue;
+  for (const Choice& choice : std::exchange(matching.choices, {})) {
+    matching.choices.push_back(choice);
+    const uint32_t group = groupOf[choice.fontID];
+    if (!groups.insert(group).second) continue;
+    for (FontRow& member : Ranked(clientID, mFonts.InFamilyGroup(group), scope, nullptr)) {
+      if (member.font.state() == wire::ACTIVATION_MISSING || IsRefused(member.font)) continue;
       if (names.insert(member.font.postscript_name()).second)
-        all.push_back({choice.index, member.font.id(), true});
+        matching.Choose(choice.index, std::move(member), true);
     }
   }
-  choices = std::move(all);
 }
 
 uint32_t DocumentMatcher::Activate(int64_t clientID, const wire::ActivateDocumentFontsRequest& request,
                                    wire::ActivateDocumentFontsReply& reply, ActivationChange& change) {
-  std::map<std::string, const wire::FontIdentity*> embedded;
+  Embedded embedded;
   for (const wire::FontIdentity& font : request.embedded_fonts())
     embedded.emplace(font.postscript_name(), &font);
 
   const WorkgroupScope scope = ScopeOf(request.workgroup_id());
-  std::vector<Choice> choices;
-  std::map<int, std::pair<wire::ProblemFont::Reason, uint32_t>> problems;  // by index in the request
-  for (int i = 0; i < request.fonts_size(); ++i) {
-    const auto stored = embedded.find(request.fonts(i).postscript_name());
-    const wire::FontIdentity identity =
-        Completed(request.fonts(i), stored == embedded.end() ? nullptr : stored->second);
-    wire::ProblemFont::Reason reason = wire::ProblemFont::NOT_FOUND;
-    const std::optional<uint32_t> id =
-        Choose(clientID, identity, scope, request.glyph_mark_enabled(), reason);
-    if (id) {
-      choices.push_back({i, *id, false});
-    } else {
-      problems[i] = {reason,
-                     reason == wire::ProblemFont::FILE_MISSING ? codes::kFontMissing : codes::kNotFound};
-    }
+  Matching matching;
+  {
+    // Thousands of small readings are cheaper under one lock.
+    const Transaction reading(mDatabase);
+    for (int i = 0; i < request.fonts_size(); ++i) MatchOne(clientID, request, i, embedded, scope, matching);
+    if (request.activate_entire_family()) AddFamilies(clientID, scope, matching);
   }
-  if (request.activate_entire_family()) AddFamilies(clientID, scope, choices);
+  if (matching.choices.size() > kMostMatches) return codes::kInvalidParam;
 
-  if (choices.size() > kMostMatches) return codes::kInvalidParam;
-  std::vector<uint32_t> ids;
-  ids.reserve(choices.size());
-  for (const Choice& choice : choices) ids.push_back(choice.fontID);
   ActivationBook::ActivateResult result;
   const wire::ActivationMode mode = request.local() ? wire::MODE_AUTO_LOCAL : wire::MODE_AUTO;
-  if (const uint32_t error = mBook.Activate(clientID, ids, scope, mode, result)) return error;
+  if (const uint32_t error = mBook.Activate(clientID, std::move(matching.rows), mode, result)) return error;
 
   std::map<uint32_t, const FontRow*> activated;
   for (const FontRow& row : result.fonts) activated[row.font.id()] = &row;
-  for (const Choice& choice : choices) {
+  for (const Choice& choice : matching.choices) {
     const auto row = activated.find(choice.fontID);
     if (row != activated.end()) {
       wire::MatchedFont& matched = *reply.add_matched();
@@ -143,12 +152,21 @@ uint32_t DocumentMatcher::Activate(int64_t clientID, const wire::ActivateDocumen
     } else if (!choice.familyMember) {
       const uint32_t error = result.failures[choice.fontID];
       const bool gone = error == codes::kFontMissing;
-      problems[choice.index] = {gone ? wire::ProblemFont::FILE_MISSING : wire::ProblemFont::ACTIVATION_FAILED,
-                                error};
+      matching.problems[choice.index] = {
+          gone ? wire::ProblemFont::FILE_MISSING : wire::ProblemFont::ACTIVATION_FAILED, error,
+          choice.fontID};
     }
   }
-  for (const auto& [index, problem] : problems) AddProblem(reply, index, problem.first, problem.second);
   change = std::move(result.change);
+  std::set<uint32_t> refused;
+  for (const auto& [index, found] : matching.problems) {
+    wire::ProblemFont& problem = *reply.add_problems();
+    problem.set_request_index(static_cast<uint32_t>(index));
+    problem.set_reason(found.reason);
+    problem.set_error(found.error);
+    if (found.reason == wire::ProblemFont::REFUSED) refused.insert(found.fontID);
+  }
+  change.refused.assign(refused.begin(), refused.end());
   return codes::kSuccess;
 }
 

@@ -53,7 +53,11 @@ FontLibrary::FontLibrary(const KilnPaths& paths, LockFile taken, std::unique_ptr
       activations(*database),
       documents(*database),
       book(*database, fonts, activations, writer, links),
-      matcher(fonts, book) {}
+      matcher(*database, fonts, book),
+      sets(*database),
+      rights(*database),
+      vaultFiles(*database, paths),
+      vaultCheck(*database, fonts, activations, writer, links) {}
 
 std::unique_ptr<FontLibrary> FontLibrary::Open(const KilnPaths& paths, BoundedLog& log, uint32_t& error) {
   LockFile lock;

@@ -5,14 +5,18 @@
 
 #include "kiln/activation/ActivationBook.h"
 #include "kiln/activation/LinkFolder.h"
+#include "kiln/activation/VaultCheck.h"
 #include "kiln/fonts/DocumentMatcher.h"
 #include "kiln/fonts/Vault.h"
 #include "kiln/store/ActivationStore.h"
 #include "kiln/store/ClientStore.h"
 #include "kiln/store/Database.h"
 #include "kiln/store/DocumentStore.h"
+#include "kiln/store/FontRights.h"
 #include "kiln/store/FontStore.h"
 #include "kiln/store/LibraryWriter.h"
+#include "kiln/store/SetStore.h"
+#include "kiln/store/VaultFileStore.h"
 #include "kiln/store/WorkgroupStore.h"
 #include "kiln/system/KilnPaths.h"
 #include "kiln/system/LockFile.h"
@@ -46,6 +50,10 @@ struct FontLibrary {
   DocumentStore documents;
   ActivationBook book;
   DocumentMatcher matcher;
+  SetStore sets;
+  FontRights rights;
+  VaultFileStore vaultFiles;
+  VaultCheck vaultCheck;
 };
 
 }  // namespace kiln

@@ -50,9 +50,38 @@ bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessag
                                                           : wire::ACTIVATION_INACTIVE);
       }
       return true;
+    case wire::ClientMessage::kSetCompliance: {
+      const wire::SetComplianceRequest& request = message.set_compliance();
+      reply.set_error(
+          library.rights.SetRefused(request.workgroup_id(), IDs(request.font_ids()), request.refused()));
+      return true;
+    }
+    case wire::ClientMessage::kFontConflicts:
+      for (const uint32_t id : message.font_conflicts().font_ids()) {
+        reply.mutable_font_conflicts()->add_conflicting_ids(library.activations.ConflictOf(id));
+      }
+      return true;
+    case wire::ClientMessage::kFamilyFonts:
+      reply.set_error(FamilyFonts(connection, message.family_fonts(), *reply.mutable_family_fonts()));
+      return true;
     default:
       return false;
   }
+}
+
+uint32_t ActivationRequests::FamilyFonts(Connection& connection, const wire::FamilyFontsRequest& request,
+                                         wire::FamilyFontsReply& reply) {
+  FontLibrary& library = *mState.library;
+  const std::optional<FontRow> asked = library.fonts.Load(request.font_id());
+  if (!asked) return codes::kNotFound;
+  const WorkgroupScope scope(request.workgroup_ids());
+  for (const uint32_t id : library.fonts.InFamilyGroup(asked->font.family_group_id())) {
+    std::optional<FontRow> row = library.fonts.Load(id, scope);
+    if (!row) continue;
+    row->font.set_state(library.book.StateFor(*row, connection.clientID));
+    *reply.add_fonts() = std::move(row->font);
+  }
+  return codes::kSuccess;
 }
 
 uint32_t ActivationRequests::Activate(Connection& connection, const wire::ActivateFontsRequest& request,
@@ -62,10 +91,13 @@ uint32_t ActivationRequests::Activate(Connection& connection, const wire::Activa
   const uint32_t error =
       mState.library->book.Activate(connection.clientID, IDs(request.font_ids()), {}, request.mode(), result);
   if (error != codes::kSuccess) return error;
-  for (const auto& [id, reason] : result.failures) reply.add_failed_ids(id);
+  for (const auto& [id, reason] : result.failures) {
+    const bool refused = reason == codes::kLicenseComplianceViolation;
+    refused ? reply.add_refused_ids(id) : reply.add_failed_ids(id);
+  }
   for (FontRow& row : result.fonts) *reply.add_fonts() = std::move(row.font);
   change = std::move(result.change);
-  return codes::kSuccess;
+  return reply.refused_ids().empty() ? codes::kSuccess : codes::kLicenseComplianceViolation;
 }
 
 uint32_t ActivationRequests::Deactivate(Connection& connection, const wire::DeactivateFontsRequest& request,

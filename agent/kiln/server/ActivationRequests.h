@@ -5,7 +5,8 @@
 
 namespace kiln {
 
-/// What changes or asks for activations. Each change is announced behind its reply.
+/// What changes or asks for activations, and what bears on them: conflicts, families, the compliance rule.
+/// Each change is announced behind its reply.
 class ActivationRequests {
  public:
   explicit ActivationRequests(AgentState& state) : mState(state) {}
@@ -20,6 +21,9 @@ class ActivationRequests {
                     wire::ActivateFontsReply& reply, ActivationChange& change);
   uint32_t Deactivate(Connection& connection, const wire::DeactivateFontsRequest& request,
                       wire::DeactivateFontsReply& reply, ActivationChange& change);
+
+  uint32_t FamilyFonts(Connection& connection, const wire::FamilyFontsRequest& request,
+                       wire::FamilyFontsReply& reply);
 
   AgentState& mState;
 };

@@ -41,6 +41,16 @@ void ClientHub::Announce(int64_t clientID, const ActivationChange& change) {
   ForEachEvent(change.deactivated, false, false, toAll);
   ForEachEvent(change.localActivated, true, true, toOne);
   ForEachEvent(change.localDeactivated, false, true, toOne);
+  if (!change.missing.empty()) {
+    wire::ServerMessage event;
+    event.mutable_fonts_missing()->mutable_font_ids()->Add(change.missing.begin(), change.missing.end());
+    toAll(event);
+  }
+  if (!change.refused.empty()) {
+    wire::ServerMessage event;
+    event.mutable_compliance_refused()->mutable_font_ids()->Add(change.refused.begin(), change.refused.end());
+    toOne(event);
+  }
 }
 
 }  // namespace kiln

@@ -56,11 +56,12 @@ Server::Server(asio::io_context& context, const KilnPaths& paths, Options option
       mIdle(context),
       mPause(context),
       mReaders(context, mOptions.readerProgram, log),
-      mState{context, paths, log, *this, mReaders, nullptr, nullptr, 0, 0},
+      mState{context, paths, log, *this, mReaders, nullptr, nullptr, nullptr, 0, 0},
       mSession(mState),
       mActivation(mState),
       mLibrary(mState),
-      mWorkgroups(mState) {}
+      mWorkgroups(mState),
+      mSets(mState) {}
 
 Server::~Server() {
   // Connections may outlive the server in handlers that are never called; they must not call back.
@@ -88,6 +89,9 @@ void Server::OpenLibrary() {
         std::make_unique<SystemFonts>(mContext, *mState.library->database, mState.library->writer, mReaders,
                                       mOptions.readerProgram, mState.paths.links, mLog);
     mState.systemFonts->Refresh();
+    mState.sources = std::make_unique<LibrarySources>(mContext, *mState.library, mReaders, mLog,
+                                                      [this](const auto& event) { Broadcast(event); });
+    mState.sources->Resume();
   }
   Accept();
   WatchIdle();
@@ -180,6 +184,7 @@ Handling Server::HandleByLibrary(const std::shared_ptr<Connection>& connection,
   if (mActivation.Handle(*connection, message, reply, change)) return Handling::kDone;
   Handling handling = mLibrary.Handle(connection, message, reply);
   if (handling == Handling::kNotMine) handling = mWorkgroups.Handle(connection, message, reply);
+  if (handling == Handling::kNotMine) handling = mSets.Handle(connection, message, reply);
   if (handling == Handling::kNotMine) reply.set_error(codes::kNotImplemented);
   return handling;
 }
@@ -203,7 +208,7 @@ void Server::WatchIdle() {
   mIdle.expires_after(std::chrono::seconds(mOptions.exitWhenIdleSeconds));
   mIdle.async_wait([this](auto error) {
     if (error || !mConnections.empty() || mStopping) return;
-    if (mState.importsRunning > 0) return WatchIdle();
+    if (mState.sources && !mState.sources->replications.Running().empty()) return WatchIdle();
     mLog.Print("Ending, since no client has been here for %d seconds", mOptions.exitWhenIdleSeconds);
     Stop();
   });

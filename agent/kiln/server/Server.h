@@ -15,6 +15,7 @@
 #include "kiln/server/Connection.h"
 #include "kiln/server/LibraryRequests.h"
 #include "kiln/server/SessionRequests.h"
+#include "kiln/server/SetRequests.h"
 #include "kiln/server/WorkgroupRequests.h"
 
 namespace kiln {
@@ -73,6 +74,7 @@ class Server : public ClientHub {
   ActivationRequests mActivation;
   LibraryRequests mLibrary;
   WorkgroupRequests mWorkgroups;
+  SetRequests mSets;
 };
 
 }  // namespace kiln

@@ -21,12 +21,16 @@ ActivationStore::ActivationStore(Database& database)
       mFileIsActive(database,
                     "SELECT EXISTS (SELECT 1 FROM activations a JOIN fonts f ON f.id = a.font_id"
                     " WHERE f.file_id = ? AND a.kind IN (1, 3, 4))"),
-      mHasConflict(
+      mConflict(
           database,
-          "SELECT EXISTS (SELECT 1 FROM fonts me JOIN fonts f ON f.postscript_name = me.postscript_name"
+          "SELECT min(f.id) FROM fonts me JOIN fonts f ON f.postscript_name = me.postscript_name"
           " AND f.id <> me.id JOIN files i ON i.id = f.file_id WHERE me.id = ? AND (i.system_path IS NOT NULL"
-          " OR EXISTS (SELECT 1 FROM activations a WHERE a.font_id = f.id AND a.kind IN (1, 3, 4))))"),
-      mCount(database, "SELECT count(DISTINCT font_id) FROM activations WHERE kind IN (1, 3, 4)") {}
+          " OR (i.link IS NOT NULL"
+          " AND EXISTS (SELECT 1 FROM activations a WHERE a.font_id = f.id AND a.kind IN (1, 3, 4))))"),
+      mFontsOfFile(database, "SELECT id FROM fonts WHERE file_id = ? ORDER BY face_index"),
+      mCount(database,
+             "SELECT count(DISTINCT a.font_id) FROM activations a JOIN fonts f ON f.id = a.font_id"
+             " JOIN files i ON i.id = f.file_id WHERE a.kind IN (1, 3, 4) AND i.link IS NOT NULL") {}
 
 std::vector<ActivationRow> ActivationStore::Rows(Statement& statement) {
   std::vector<ActivationRow> rows;
@@ -93,9 +97,16 @@ bool ActivationStore::FileIsActive(int64_t fileID) {
   return One(mFileIsActive) != 0;
 }
 
-bool ActivationStore::HasConflict(uint32_t fontID) {
-  mHasConflict.Start(fontID);
-  return One(mHasConflict) != 0;
+uint32_t ActivationStore::ConflictOf(uint32_t fontID) {
+  mConflict.Start(fontID);
+  return static_cast<uint32_t>(One(mConflict));
+}
+
+std::vector<uint32_t> ActivationStore::FontsOfFile(int64_t fileID) {
+  std::vector<uint32_t> fonts;
+  mFontsOfFile.Start(fileID);
+  while (mFontsOfFile.Next()) fonts.push_back(static_cast<uint32_t>(mFontsOfFile.Number(0)));
+  return fonts;
 }
 
 uint32_t ActivationStore::CountOfActiveFonts() {

@@ -41,8 +41,10 @@ class ActivationStore {
 
   /// A font of the file is active for all programs.
   bool FileIsActive(int64_t fileID);
-  /// Another font with the PostScript name of this one is active for all programs.
-  bool HasConflict(uint32_t fontID);
+  /// The first of the other fonts with the PostScript name of this one that are active for all programs; 0
+  /// for none.
+  uint32_t ConflictOf(uint32_t fontID);
+  std::vector<uint32_t> FontsOfFile(int64_t fileID);
   uint32_t CountOfActiveFonts();
 
  private:
@@ -57,7 +59,8 @@ class ActivationStore {
   Statement mRemove;
   Statement mDropTemporary;
   Statement mFileIsActive;
-  Statement mHasConflict;
+  Statement mConflict;
+  Statement mFontsOfFile;
   Statement mCount;
 };
 

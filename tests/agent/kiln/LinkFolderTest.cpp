@@ -44,7 +44,7 @@ TEST_F(LinkFolderTest, AFileIsLinkedUnderItsOwnNameAndGoesWithItsBucket) {
   ASSERT_EQ(lstat(mFolder.Path("fonts/000/Lato Bold.otf").c_str(), &linked), 0);
   EXPECT_TRUE(S_ISREG(linked.st_mode));
   EXPECT_EQ(linked.st_nlink, 2u) << "a hard link, no copy";
-  mLinks.Remove("000/Lato Bold.otf");
+  mLinks.Remove("000/Lato Bold.otf", file);
   EXPECT_TRUE(Names().empty());
   EXPECT_TRUE(fs::exists(file));
 }
@@ -55,7 +55,7 @@ TEST_F(LinkFolderTest, BucketsHoldFiftyAndAreFilledUpAgain) {
   for (const char* bucket : {"000", "001"}) {
     EXPECT_EQ(std::distance(fs::directory_iterator(mFolder.Path("fonts") + "/" + bucket), {}), 50);
   }
-  mLinks.Remove("000/f7.ttf");
+  mLinks.Remove("000/f7.ttf", file);
   EXPECT_EQ(Add(file, "new.ttf"), "000/new.ttf");
 }
 
