@@ -143,13 +143,6 @@ TEST_F(DocumentElementTest, TheUserResolvesWhatHasNoMatch) {
   EXPECT_EQ(tracker->CountFontsOpenedForIdentifier(element.GetDocumentIdentifier()), 2u);
 }
 
-TEST_F(DocumentElementTest, UnresolvedFontsNeedAListAndTheFramework) {
-  EXPECT_EQ(element.AddProblemFontsToUnresolvedFonts(nullptr), -1);
-  EXPECT_EQ(element.AddProblemFontsToUnresolvedFonts(MakeArray().get()), 0);
-  loom.Loom().DestroyFramework();
-  EXPECT_EQ(element.AddProblemFontsToUnresolvedFonts(MakeArray().get()), -1);
-}
-
 TEST_F(DocumentElementTest, DataForASaveHoldsTheActiveFontsOnly) {
   document.Use("Acme", {{"Regular", "Acme-Regular"}, {"Bold", "Acme-Bold"}});
   manager.AddFont({{kGM_PostScriptNameKey, "Acme-Regular"}, {kGM_FoundryKey, "Acme"}, {kGM_PathKey, "/x"}},

@@ -1,4 +1,3 @@
-#include "Activation/FontActivationTracker.h"
 #include "PlugInTest.h"
 
 namespace {
@@ -34,37 +33,6 @@ TEST_F(DocumentSignals, OpeningActivatesAndAClosePreferenceGivesBack) {
   EXPECT_EQ(host.commandsDone, std::vector<ClassID>{15883});
   EXPECT_EQ(HBIndesignPluginGlobals::GetNoOfDocumentsInDocumentList(), 0);
   EXPECT_TRUE(HBIndesignPluginGlobals::GetUIDRef().IsNull());
-}
-
-TEST_F(DocumentSignals, WithoutThePreferenceACloseLeavesFontsActive) {
-  AddFont("AcmeSans-Regular");
-  AddFont("AcmeSans-Bold");
-  EXPECT_TRUE(host.Open(brochure)) << "all fonts are on their way";
-  host.Close(brochure);
-  EXPECT_TRUE(host.deactivated.empty());
-  EXPECT_EQ(manager.deactivateCalls, (std::vector<std::vector<unsigned int>>{{}}));
-}
-
-TEST_F(DocumentSignals, AFontOfTwoDocumentsStaysUntilTheSecondCloses) {
-  AddFont("AcmeSans-Regular");
-  AddFont("AcmeSans-Bold");
-  AddFont("Other");
-  loom.SetPreference("CloseFontsOnDocClose", 1);
-  InMemoryDocument flyer("Flyer.idml");
-  flyer.Use("Acme Sans", {{"Bold", "AcmeSans-Bold"}});
-  flyer.Use("Other", {{"Regular", "Other"}});
-  host.Open(brochure);
-  manager.fonts[1].state = 3;
-  host.Open(flyer);
-
-  host.Close(brochure);
-  EXPECT_EQ(host.deactivated, Names{"AcmeSans-Regular"});
-  EXPECT_EQ(ElementOf(brochure), nullptr) << "retired";
-  EXPECT_NE(ElementOf(flyer), nullptr);
-  EXPECT_EQ(HBIndesignPluginGlobals::GetNoOfDocumentsInDocumentList(), 1);
-
-  host.Close(flyer);
-  EXPECT_EQ(host.deactivated, (Names{"AcmeSans-Regular", "AcmeSans-Bold", "Other"}));
 }
 
 struct AlertCase {

@@ -105,19 +105,6 @@ TEST_F(StartUpService, AQuitInTheMiddleOfACloseWaitsForItsEnd) {
   EXPECT_EQ(host.deactivated, std::vector<std::string>{"Acme-Bold"});
 }
 
-TEST_F(StartUpService, TheLastCloseFreesDocumentsAndLeavesTheTracker) {
-  InMemoryDocument document("A.idml");
-  document.Use("Acme", {{"Bold", "Acme-Bold"}});
-  AddFont("Acme-Bold");
-  DocumentElement::FontPathList = {"a", "b"};
-  host.Open(document);
-  FontActivationTracker* tracker = HornbeamGlobals::GetSharedFontActivationTracker();
-  host.Close(document);
-  EXPECT_TRUE(DocumentElement::FontPathList.empty());
-  EXPECT_EQ(HBIndesignPluginGlobals::GetDocumentFromDocumentList(UIDRef::Null()), nullptr);
-  EXPECT_EQ(HornbeamGlobals::GetSharedFontActivationTracker(), tracker);
-}
-
 TEST_F(StartUpService, ARetiredElementIsNotFoundButStaysUntilTheLastClose) {
   InMemoryDocument first("A.idml");
   InMemoryDocument second("B.idml");

@@ -50,20 +50,6 @@ TEST_F(PendingActivations, NothingIsCheckedWithoutAHostOrAFontManager) {
   EXPECT_EQ(CFArrayGetCount(tracker.GetPendingDeactivatedFonts()), 1);
 }
 
-TEST_F(PendingActivations, AFontActivatedAgainIsNoLongerOnItsWayOut) {
-  EXPECT_EQ(tracker.RemoveConflictingPendingDeactivatedFonts(), 0) << "no lists yet";
-  Add(tracker.GetPendingDeactivatedFonts(), "A", 1);
-  Add(tracker.GetPendingDeactivatedFonts(), "A", 7);
-  Add(tracker.GetPendingDeactivatedFonts(), "B", 2);
-  Add(tracker.GetPendingActivatedFonts(), "A", 7);
-  Add(tracker.GetPendingActivatedFonts(), "B", 0);
-  Add(tracker.GetPendingActivatedFonts(), "C", 1);
-  EXPECT_EQ(tracker.RemoveConflictingPendingDeactivatedFonts(), 2);
-  EXPECT_EQ(FontIDsOf(tracker.GetPendingDeactivatedFonts()), std::vector<unsigned int>{1});
-  EXPECT_EQ(tracker.RemoveConflictingPendingActivatedFonts(), 0) << "A 1 is not A 7";
-  EXPECT_EQ(CFArrayGetCount(tracker.GetPendingActivatedFonts()), 3);
-}
-
 TEST_F(PendingActivations, WithRetriesARequestIsRepeatedUntilTheHostFollows) {
   OpenTracker retrying(2);
   host.fonts = {"Out"};
