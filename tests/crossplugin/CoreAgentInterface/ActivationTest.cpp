@@ -6,8 +6,8 @@ namespace {
 
 class ActivationTest : public AgentTest {
  protected:
-  RetainPtr<CFMutableArrayRef> Fonts(std::vector<unsigned int> ids) {
-    const auto list = MakeArray();
+  RetainPtr<CFMutableArrayRef> Fonts(const std::vector<unsigned int>& ids) {
+    auto list = MakeArray();
     for (const unsigned int id : ids) CFArrayAppendValue(list.get(), MakeMatchedFont("F", id).get());
     return list;
   }
@@ -202,13 +202,6 @@ TEST_F(CollectTest, FontsGoToTheFolderThatTheUserNames) {
   terminal.answers = {"x"};
   library.results["ExportFonts"] = GOspreyExportFonts::kCannotWriteToDestinationFolder;
   EXPECT_EQ(Collect({7}), -1);
-}
-
-TEST_F(CollectTest, AnAgentThatHasGoneIsBroughtBack) {
-  terminal.answers = {"/out"};
-  library.nextResults["ExportFonts"] = {GAgentIF::kShutdown};
-  EXPECT_EQ(Collect({7}), 0);
-  EXPECT_EQ(library.CountCalls("ExportFonts"), 2);
 }
 
 TEST_F(CollectTest, WithoutFontsTheFolderIsMadeUnlessItIsThere) {

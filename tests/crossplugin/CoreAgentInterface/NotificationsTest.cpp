@@ -7,6 +7,7 @@
 #include "CoreAgentInterface/CoreAgentPluginNotificationQueue.h"
 #include "CoreAgentInterface/PluginNotificationKeys.h"
 #include "HostAppInterface/HostAppInterface.h"
+#include "HostAppInterface/InDesignInterface.h"
 #include "Memory/CFCast.h"
 #include "Memory/CFVector.h"
 #include "support/RecordingPanel.h"
@@ -18,7 +19,7 @@ class NotificationsTest : public AgentTest {
   NotificationsTest() { Connect(); }
 
   static RetainPtr<CFMutableDictionaryRef> LoginState(bool loggedIn, int serverType = 1) {
-    const auto state = MakeDictionary();
+    auto state = MakeDictionary();
     CFDictionarySetValue(state.get(), CFSTR("isLoggedIn"), loggedIn ? kCFBooleanTrue : kCFBooleanFalse);
     const auto type = adoptCF(CFNumberCreate(nullptr, kCFNumberIntType, &serverType));
     CFDictionarySetValue(state.get(), CFSTR("serverType"), type.get());
@@ -254,6 +255,16 @@ TEST_F(NotificationsTest, EachEventReachesThePanels) {
     agent->ProcessNotifications();
     EXPECT_EQ(panel->Take(), row.told);
   }
+}
+
+TEST_F(NotificationsTest, TheMenuIsBuiltBeforeThePanelsLook) {
+  static RecordingPanel* sPanel;
+  sPanel = panel.operator->();
+  InDesignInterface::SetMenuBuilder([] { sPanel->calls.push_back("menu"); });
+  Send(3);
+  agent->ProcessNotifications();
+  InDesignInterface::SetMenuBuilder(nullptr);
+  EXPECT_EQ(panel->Take(), (std::vector<std::string>{"menu", "CheckForTypekit"}));
 }
 
 TEST_F(NotificationsTest, AnEventWithoutAFontIsDropped) {

@@ -129,14 +129,4 @@ TEST_F(WorkgroupsTest, PermissionsAreAskedByColumn) {
   EXPECT_FALSE(agent->CanExportFromWorkgroup(fonts.get()));
 }
 
-TEST_F(WorkgroupsTest, ConnectingPicksAWorkgroup) {
-  loom.SetPreference("CurrentWorkgroup", 77);
-  Connect();
-  EXPECT_EQ(loom.GetPreference("CurrentWorkgroup"), 1) << "the only one of the user's";
-  library.AddWorkgroup(2, "Theirs", 5);
-  loom.SetPreference("CurrentWorkgroup", 77);
-  Connect();
-  EXPECT_FALSE(FontManagerInterface::IsValidWorkgroupSelected());
-}
-
 }  // namespace
