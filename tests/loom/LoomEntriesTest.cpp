@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include "Framework.h"
 #include "LoomEntries.h"
@@ -76,56 +78,28 @@ TEST_F(LoomEntriesTest, SpeaksOfTheEditionAndTheHost) {
 }
 
 TEST_F(LoomEntriesTest, HasASentenceForEveryKeyOfABox) {
-  for (const char* key : {"FontManagerNotFoundHeader",
-                          "FontManagerNotFoundMessage",
-                          "HornbeamOldVersionHeader",
-                          "HornbeamOldVersionMessage",
-                          "PluginWillBeDisabled",
-                          "UnsupportedHostAppMessage",
-                          "NotLoggedInHeader",
-                          "NotLoggedInOfferLoginMessage",
-                          "NotLoggedInPluginDisabledMessage",
-                          "HSCoreAgentMissingHeader",
-                          "HSCoreAgentMissingMessage",
-                          "SYCoreAgentMissingHeader",
-                          "SYCoreAgentMissingMessage",
-                          "GoOnlineErrorHeader",
-                          "GoOnlineErrorMessage",
-                          "NoLibrariesHeader",
-                          "NoLibrariesMessage",
-                          "NoWorkgroupsHeader",
-                          "NoWorkgroupsMessage",
-                          "CannotExportHeader",
-                          "CannotExportMessage",
-                          "MissingFontsExportHeader",
-                          "MissingFontsOfflineExportMessage",
-                          "MissingFontsExportMessage",
-                          "SetNameTooLongHeader",
-                          "SetNameTooLongMessage",
-                          "HSCoreAgentOutOfSyncHeader",
-                          "HSCoreAgentOutOfSyncMessage",
-                          "SYCoreAgentOutOfSyncHeader",
-                          "SYCoreAgentOutOfSyncMessage",
-                          "CouldNotOpenVaultInUseLaunchPrefs",
-                          "CouldNotOpenVaultLaunchPrefs",
-                          "VaultNeedsUpgradeTitle",
-                          "VaultNeedsUpgradeMessage",
-                          "AllServerFontsWorkgroup",
-                          "ServerBasedPersonalWorkgroup",
-                          "LocalPersonalWorkgroup",
-                          "System Fonts (LOCALIZE ME)",
-                          "GoogleFontsLibrary",
-                          "Temporary Fonts (LOCALIZE ME)",
-                          "Font Library (LOCALIZE ME)",
-                          "CollectFontsForOutput",
-                          "CreateDocumentSetEllipsis"}) {
-    EXPECT_NE(Localized(key), key);
-    EXPECT_EQ(Localized(key).find('['), std::string::npos) << key;
+  std::istringstream plain(R"(
+      FontManagerNotFoundHeader FontManagerNotFoundMessage HornbeamOldVersionHeader
+      HornbeamOldVersionMessage PluginWillBeDisabled UnsupportedHostAppMessage NotLoggedInHeader
+      NotLoggedInOfferLoginMessage NotLoggedInPluginDisabledMessage HSCoreAgentMissingHeader
+      HSCoreAgentMissingMessage SYCoreAgentMissingHeader SYCoreAgentMissingMessage GoOnlineErrorHeader
+      GoOnlineErrorMessage NoLibrariesHeader NoLibrariesMessage NoWorkgroupsHeader NoWorkgroupsMessage
+      CannotExportHeader CannotExportMessage MissingFontsExportHeader MissingFontsOfflineExportMessage
+      MissingFontsExportMessage SetNameTooLongHeader SetNameTooLongMessage HSCoreAgentOutOfSyncHeader
+      HSCoreAgentOutOfSyncMessage SYCoreAgentOutOfSyncHeader SYCoreAgentOutOfSyncMessage
+      CouldNotOpenVaultInUseLaunchPrefs CouldNotOpenVaultLaunchPrefs VaultNeedsUpgradeTitle
+      VaultNeedsUpgradeMessage AllServerFontsWorkgroup ServerBasedPersonalWorkgroup
+      LocalPersonalWorkgroup GoogleFontsLibrary CollectFontsForOutput CreateDocumentSetEllipsis)");
+  std::vector<std::string> keys = {"System Fonts (LOCALIZE ME)", "Temporary Fonts (LOCALIZE ME)",
+                                   "Font Library (LOCALIZE ME)"};
+  keys.insert(keys.end(), std::istream_iterator<std::string>(plain), {});
+  for (const std::string& key : keys) {
+    EXPECT_NE(Localized(key.c_str()), key);
+    EXPECT_EQ(Localized(key.c_str()).find('['), std::string::npos) << key;
   }
 }
 
 TEST_F(LoomEntriesTest, GivesAndTakesPreferencesOfAllKinds) {
-  EXPECT_FALSE(LoomDoPreferencesExist());
   EXPECT_TRUE(LoomGetPreferenceForKey(CFSTR("Overridden")));
   LoomSetLongPreferenceForKey(CFSTR("CurrentWorkgroup"), -2);
   EXPECT_FALSE(LoomDoPreferencesExist());
@@ -133,7 +107,6 @@ TEST_F(LoomEntriesTest, GivesAndTakesPreferencesOfAllKinds) {
   LoomSetStringPreferenceForKey(CFSTR("Text"), CFSTR("words"));
   LoomSetPreferenceForKey(nullptr, true);
   EXPECT_TRUE(LoomDoPreferencesExist());
-  EXPECT_TRUE(LoomGetPreferenceForKey(CFSTR("EnablePlugin")));
   EXPECT_EQ(LoomGetLongPreferenceForKey(CFSTR("CurrentWorkgroup")), -2);
   EXPECT_EQ(ToStdString(LoomGetStringPreferenceForKey(CFSTR("Text"))), "words");
   EXPECT_EQ(LoomGetStringPreferenceForKey(CFSTR("CurrentWorkgroup")), nullptr);
@@ -165,8 +138,9 @@ TEST_F(LoomEntriesTest, AsksUntilItUnderstands) {
   terminal.answers = {""};
   EXPECT_EQ(LoomShowMessageBox(CFSTR("h"), CFSTR("m"), 2), 2);
   EXPECT_EQ(LoomShowMessageBox(CFSTR("h"), CFSTR("m"), 2), 2);  // the input has ended
-  terminal.answers = {"  Spring  ", ""};
-  for (const char* expected : {"Spring", "Proposal"}) {
+  // The last byte of this "a" is white space in Latin 1.
+  terminal.answers = {"  Spring  ", " Voil\xC3\xA0\t", ""};
+  for (const char* expected : {"Spring", "Voil\xC3\xA0", "Proposal"}) {
     CFStringRef text = nullptr;
     EXPECT_TRUE(LoomAskForOneString(CFSTR("t"), CFSTR("p"), CFSTR("Proposal"), &text));
     EXPECT_EQ(ToStdString(adoptCF(text).get()), expected);

@@ -100,17 +100,6 @@ TEST_F(PreferencesTest, OverridesWinAndAreNeverStored) {
   EXPECT_FALSE(next.Get("CurrentWorkgroup"));
 }
 
-TEST_F(PreferencesTest, SeeAndKeepWhatOtherProcessesStore) {
-  Preferences one = Make();
-  Preferences other = Make();
-  one.Set("A", PreferenceValue(1L));
-  EXPECT_EQ(LongOf(other, "A"), 1);
-  other.Set("B", PreferenceValue(2L));
-  one.Set("A", PreferenceValue(3L));
-  EXPECT_EQ(LongOf(one, "B"), 2);
-  EXPECT_EQ(LongOf(other, "A"), 3);
-}
-
 TEST_F(PreferencesTest, LoseNoChangeOfTwoProcesses) {
   constexpr int kChanges = 50;
   const pid_t child = fork();
