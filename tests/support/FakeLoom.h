@@ -14,8 +14,8 @@
 #include "LoomInterface/LoomInterface.h"
 #include "Memory/CFVector.h"
 
-/// The UI framework in memory: a filled table whose user answers as the public members say. As long as it
-/// exists, the shared LoomInterface stands on it.
+/// The UI framework in memory: a table of what the plug-in calls, whose user answers as the public members
+/// say. As long as it exists, the shared LoomInterface stands on it.
 ///
 /// A box is recorded as "header|message|buttons", with "-" for no header.
 class FakeLoom {
@@ -25,7 +25,8 @@ class FakeLoom {
   /// On a changed table, for tests that take an entry away.
   explicit FakeLoom(const LoomFunctions& table) {
     sCurrent = this;
-    Install(table);
+    before_ = HornbeamGlobals::ReplaceSharedLoomInterfaceForTesting(
+        std::make_unique<LoomInterface>(table, CFSTR("InDesign"), CFSTR("15.1.0"), CFSTR("15.1.0")));
   }
   ~FakeLoom() {
     HornbeamGlobals::ReplaceSharedLoomInterfaceForTesting(std::move(before_));
@@ -75,32 +76,20 @@ class FakeLoom {
     table.pfLoomSetLongPreferenceForKey = [](CFStringRef key, long value) {
       sCurrent->preferences[ToStdString(key)] = value;
     };
-    table.pfLoomGetStringPreferenceForKey = [](CFStringRef) -> CFStringRef { return nullptr; };
-    table.pfLoomSetStringPreferenceForKey = [](CFStringRef, CFStringRef) {};
     table.pfLoomDoPreferencesExist = [] { return !sCurrent->preferences.empty(); };
-    table.pfLoomShowAboutBox = [] { ++sCurrent->aboutBoxes; };
     table.pfLoomShowMessageBox = &ShowMessageBox;
     table.pfLoomAskForOneString = &AskForOneString;
-    table.pfLoomShowPreferences = [] { ++sCurrent->preferencesShown; };
     table.pfLoomShowResolveFonts = [](CFArrayRef fonts) {
       if (sCurrent->resolve) sCurrent->resolve(fonts);
     };
-    table.pfLoomShowRestrictedFonts = [](CFArrayRef) {};
-    table.pfLoomShowCommandBox = [](CFStringRef, CFStringRef) { return 1; };
-    table.pfLoomShowProgress = [](CFStringRef) {};
-    table.pfLoomUpdateProgress = [](CFStringRef, int, int) {};
-    table.pfLoomHideProgress = [] {};
     table.pfLoomSetIsOnline = [](bool online) { sCurrent->online = online; };
-    table.pfLoomSetHostDetails = [](CFDictionaryRef) {};
-    table.pfLoomShowMissingFonts = [](CFArrayRef) {};
     return table;
   }
 
   // What the user does.
   std::deque<int> answers;  ///< Buttons for the next boxes with more than one; then alwaysAnswer.
   int alwaysAnswer = 2;
-  bool cancelsText = false;
-  std::string textAnswer;                        ///< Empty takes what is proposed.
+  bool cancelsText = false;                      ///< Else takes what is proposed.
   std::function<void(CFArrayRef)> resolve;       ///< Writes the choices into the records.
   std::function<void()> duringBox;               ///< Runs while a box is up.
   std::map<std::string, std::string> sentences;  ///< By key; else the key itself.
@@ -110,15 +99,8 @@ class FakeLoom {
   std::vector<std::string> questions;  ///< "title|prompt|proposed"
   std::map<std::string, long> preferences;
   bool online = true;
-  int aboutBoxes = 0;
-  int preferencesShown = 0;
 
  private:
-  void Install(const LoomFunctions& table) {
-    before_ = HornbeamGlobals::ReplaceSharedLoomInterfaceForTesting(
-        std::make_unique<LoomInterface>(table, CFSTR("InDesign"), CFSTR("15.1.0"), CFSTR("15.1.0")));
-  }
-
   static int ShowMessageBox(CFStringRef header, CFStringRef message, int buttons) {
     sCurrent->boxes.push_back((header == nullptr ? "-" : ToStdString(header)) + "|" + ToStdString(message) +
                               "|" + std::to_string(buttons));
@@ -134,8 +116,7 @@ class FakeLoom {
     sCurrent->questions.push_back(ToStdString(title) + "|" + ToStdString(prompt) + "|" +
                                   ToStdString(proposed));
     if (sCurrent->cancelsText) return false;
-    *out = sCurrent->textAnswer.empty() ? CFStringCreateCopy(nullptr, proposed)
-                                        : ToCFString(sCurrent->textAnswer).leakRef();
+    *out = CFStringCreateCopy(nullptr, proposed);
     return true;
   }
 

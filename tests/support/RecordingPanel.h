@@ -38,7 +38,6 @@ class RecordingPanel : public HornbeamPanel {
   std::vector<std::string> calls;
   std::map<std::string, TErrCode> results;  ///< By call as noted; else 0.
   std::function<void()> duringPop;
-  unsigned int port = 0;
 
   TErrCode SetEnabled(bool enabled) override { return Note("SetEnabled", enabled); }
   TErrCode PopNotifications() override {
@@ -80,7 +79,7 @@ class RecordingPanel : public HornbeamPanel {
   TErrCode PushOfflineDownloadFinishedNotification() override { return Note("OfflineDownloadFinished"); }
   TErrCode OpenSocket() override { return Note("OpenSocket"); }
   TErrCode SelectSocket(bool close) override { return Note("SelectSocket", close); }
-  unsigned int GetSocketPort() override { return port; }
+  unsigned int GetSocketPort() override { return 0; }
   TErrCode SendFontImages(CFDictionaryRef pairs) override { return Note("FontImages", Pairs(pairs)); }
   TErrCode CheckForTypekit() override { return Note("CheckForTypekit"); }
 
