@@ -31,6 +31,35 @@ std::vector<Notification> FontNotifications(int kind, const Event& event, uint64
   return notifications;
 }
 
+template <typename Event>
+std::vector<Notification> OfEachFont(int kind, const Event& event) {
+  std::vector<Notification> notifications;
+  for (const uint32_t id : event.font_ids()) notifications.push_back({kind, id});
+  return notifications;
+}
+
+std::vector<Notification> OfReplication(const kiln::wire::ReplicationEvent& event) {
+  int progress = 0;
+  switch (event.kind()) {
+    case kiln::wire::REPLICATION_BULK:
+      progress = kNotification_BulkReplicationProgress;
+      break;
+    case kiln::wire::REPLICATION_INCREMENTAL:
+      progress = kNotification_IncrementalReplicationProgress;
+      break;
+    case kiln::wire::REPLICATION_GOOGLE:
+      progress = kNotification_GoogleReplicationProgress;
+      break;
+    case kiln::wire::REPLICATION_FONT_SERVER:
+      progress = kNotification_FontServerReplicationProgress;
+      break;
+    default:  // a newer agent's
+      return {};
+  }
+  if (event.stopped()) return {{progress + 1}};
+  return {{progress, Notification::Progress{event.text(), event.step(), event.step_count()}}};
+}
+
 std::vector<Notification> NotificationsOf(const Connection::Incoming& event) {
   const ServerMessage& message = event.message;
   switch (message.body_case()) {
@@ -38,10 +67,30 @@ std::vector<Notification> NotificationsOf(const Connection::Incoming& event) {
       return FontNotifications(kNotification_FontActivated, message.fonts_activated(), event.order);
     case ServerMessage::kFontsDeactivated:
       return FontNotifications(kNotification_FontDeactivated, message.fonts_deactivated(), event.order);
+    case ServerMessage::kFontsMissing:
+      return OfEachFont(kNotification_FontMissing, message.fonts_missing());
+    case ServerMessage::kComplianceRefused:
+      return OfEachFont(kNotification_DesignActivationNonCompliant, message.compliance_refused());
+    case ServerMessage::kOnlineState:
+      return {{kNotification_OnlineStateChanged, message.online_state().online()}};
+    case ServerMessage::kLogInState:
+      return {
+          {kNotification_LoggedInStateChanged,
+           Notification::LogIn{message.log_in_state().logged_in(), message.log_in_state().server_type()}}};
+    case ServerMessage::kWorkgroupsChanged:
+      return {{kNotification_WorkgroupsChanged}};
+    case ServerMessage::kPermissionsChanged:
+      return {{kNotification_UserPermissionsChanged}};
+    case ServerMessage::kGoogleEnabled:
+      return {{kNotification_GoogleWebFontsEnabled, message.google_enabled().enabled()}};
+    case ServerMessage::kReplication:
+      return OfReplication(message.replication());
+    case ServerMessage::kSetsChanged:
+      return {{kNotification_SmartListsChanged}, {kNotification_PanelDataChanged}};
     case ServerMessage::kLibraryChanged:
-      return {{kNotification_PanelDataChanged, {}, {}, event.order}};
+      return {{kNotification_PanelDataChanged}};
     case ServerMessage::kShutdown:
-      return {{kNotification_AgentShutdown, {}, {}, event.order}};
+      return {{kNotification_AgentShutdown}};
     default:  // a newer agent's, or no event
       return {};
   }

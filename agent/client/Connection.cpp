@@ -44,6 +44,10 @@ TErrCode ConnectTo(int socket, const std::string& path) {
                                                                       : GIPCClient::kServiceUnavailable;
 }
 
+bool IsProgress(const kiln::wire::ServerMessage& message) {
+  return message.has_progress() || message.has_task_progress();
+}
+
 }  // namespace
 
 std::unique_ptr<Connection> Connection::Open(const std::string& socketPath, EventSink events,
@@ -135,7 +139,7 @@ TErrCode Connection::Await(uint32_t id, Clock::time_point start, const CallLimit
     if (!messages.empty()) {
       Incoming incoming = std::move(messages.front());
       messages.pop_front();
-      if (!incoming.message.has_progress()) {
+      if (!IsProgress(incoming.message)) {
         reply = std::move(incoming);
         return reply.message.error();
       }
@@ -231,7 +235,12 @@ bool Connection::Dispatch(Incoming&& incoming) {
   const auto call = mPending.find(incoming.message.reply_to());
   if (call == mPending.end()) return true;  // a ping's, or its caller has stopped waiting
   PendingCall& pending = call->second;
-  if (incoming.message.has_progress() && !pending.wantsProgress) return true;
+  if (IsProgress(incoming.message) && !pending.wantsProgress) return true;
+  // Counts alone are overtaken by newer ones.
+  if (!pending.messages.empty() && incoming.message.has_task_progress() &&
+      pending.messages.back().message.has_task_progress()) {
+    pending.messages.pop_back();
+  }
   if (pending.messages.size() == kMaxMessagesOfCall) return false;
   pending.messages.push_back(std::move(incoming));
   mAnswered.notify_all();

@@ -1,6 +1,7 @@
 #include "client/FontRecords.h"
 
 #include <string>
+#include <vector>
 
 #include "Memory/CFVector.h"
 #include "XCFUtils.h"
@@ -115,6 +116,12 @@ std::optional<FontIdentity> FontRecords::ReadIdentity(CFDictionaryRef record) {
   identity.set_outline_file_name(Text(record, RecordKeys::kOutlineFileName));
   identity.set_family(Text(record, RecordKeys::kFamily));
   return identity;
+}
+
+RetainPtr<CFMutableArrayRef> FontRecords::MakeIDList(const google::protobuf::RepeatedField<uint32_t>& ids) {
+  std::vector<std::string> texts;
+  for (const uint32_t id : ids) texts.push_back(std::to_string(id));
+  return ToCFArray(texts);
 }
 
 RetainPtr<CFMutableDictionaryRef> FontRecords::MakeWorkgroupRecord(const kiln::wire::Workgroup& workgroup) {

@@ -22,6 +22,9 @@ bool IsActive(kiln::wire::ActivationState state);
 /// The identity data of a record; nothing when it has no PostScript name.
 std::optional<kiln::wire::FontIdentity> ReadIdentity(CFDictionaryRef record);
 
+/// Decimal texts.
+RetainPtr<CFMutableArrayRef> MakeIDList(const google::protobuf::RepeatedField<uint32_t>& ids);
+
 RetainPtr<CFMutableDictionaryRef> MakeWorkgroupRecord(const kiln::wire::Workgroup& workgroup);
 
 }  // namespace FontRecords

@@ -1,9 +1,15 @@
 #include "client/NotificationCenter.h"
 
+#include <CoreFoundation/CoreFoundation.h>
+
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "GErrorCodes.h"
+#include "Memory/CFVector.h"
+#include "Memory/RetainPtr.h"
+#include "client/RecordKeys.h"
 
 namespace {
 
@@ -17,6 +23,57 @@ auto Guarded(const Function& function) -> decltype(function()) {
   } catch (...) {
     return decltype(function())();
   }
+}
+
+void PutNumber(const RetainPtr<CFMutableDictionaryRef>& dictionary, CFStringRef key, int64_t number) {
+  const auto most = int64_t{std::numeric_limits<int32_t>::max()};
+  const auto value = static_cast<int32_t>(std::min(number, most));
+  CFDictionarySetValue(dictionary.get(), key,
+                       adoptCF(CFNumberCreate(nullptr, kCFNumberSInt32Type, &value)).get());
+}
+
+// The data of a notification as its receivers get it, for as long as this lives.
+class ReceiverData {
+ public:
+  explicit ReceiverData(const Notification& notification) {
+    std::visit([this](const auto& data) { Take(data); }, notification.data);
+  }
+  void* Pointer() const { return mPointer; }
+
+ private:
+  void Take(std::monostate) {}
+  void Take(unsigned int fontID) {
+    mFontID = fontID;
+    mPointer = &mFontID;
+  }
+  void Take(bool flag) {
+    mFlag = flag;
+    mPointer = &mFlag;
+  }
+  void Take(const Notification::LogIn& logIn) {
+    mDictionary = MakeDictionary();
+    CFDictionarySetValue(mDictionary.get(), RecordKeys::kIsLoggedIn,
+                         logIn.isLoggedIn ? kCFBooleanTrue : kCFBooleanFalse);
+    PutNumber(mDictionary, RecordKeys::kServerType, logIn.serverType);
+    mPointer = mDictionary.get();
+  }
+  void Take(const Notification::Progress& progress) {
+    mDictionary = MakeDictionary();
+    const auto text = ToCFString(progress.text);
+    CFDictionarySetValue(mDictionary.get(), RecordKeys::kText, text != nullptr ? text.get() : CFSTR(""));
+    PutNumber(mDictionary, RecordKeys::kStepIndex, progress.step);
+    PutNumber(mDictionary, RecordKeys::kNumSteps, progress.stepCount);
+    mPointer = mDictionary.get();
+  }
+
+  unsigned int mFontID = 0;
+  bool mFlag = false;
+  RetainPtr<CFMutableDictionaryRef> mDictionary;
+  void* mPointer = nullptr;
+};
+
+bool IsOfFont(const Notification& notification) {
+  return std::holds_alternative<unsigned int>(notification.data);
 }
 
 }  // namespace
@@ -52,7 +109,7 @@ void NotificationCenter::Start() {
   {
     std::scoped_lock lock(mMutex);
     mStop = false;
-    mWaiting.clear();  // what a dying connection still had to say
+    ForgetWaiting();  // what a dying connection still had to say
   }
   mThread = std::thread([this] { Run(); });
 }
@@ -63,7 +120,7 @@ void NotificationCenter::Stop() {
   {
     std::scoped_lock lock(mMutex);
     mStop = true;
-    mWaiting.clear();
+    ForgetWaiting();
     mChanged.notify_all();
   }
   mThread.join();
@@ -71,11 +128,30 @@ void NotificationCenter::Stop() {
 
 void NotificationCenter::Post(std::vector<Notification>&& notifications) {
   std::scoped_lock lock(mMutex);
-  for (Notification& notification : notifications) {
-    if (mWaiting.size() == kMaxWaiting) break;
-    mWaiting.push_back(std::move(notification));
-  }
+  for (Notification& notification : notifications) Append(std::move(notification));
   mChanged.notify_all();
+}
+
+// With mMutex held, as the next.
+void NotificationCenter::Append(Notification&& notification) {
+  const bool isProgress = std::holds_alternative<Notification::Progress>(notification.data);
+  if (const auto last = mProgressAt.find(notification.kind); isProgress && last != mProgressAt.end()) {
+    mWaiting[last->second] = std::move(notification);
+    return;
+  }
+  const size_t room = IsOfFont(notification) ? kMaxWaiting : kMaxWaiting + kMoreRoom;
+  if (mWaiting.size() >= room) return;
+  if (isProgress) {
+    mProgressAt[notification.kind] = mWaiting.size();
+  } else {
+    mProgressAt.erase(notification.kind - 1);  // the kind of a stop follows its progress's
+  }
+  mWaiting.push_back(std::move(notification));
+}
+
+void NotificationCenter::ForgetWaiting() {
+  mWaiting.clear();
+  mProgressAt.clear();
 }
 
 void NotificationCenter::Run() {
@@ -94,6 +170,7 @@ void NotificationCenter::Run() {
       continue;
     }
     const std::vector<Notification> batch = std::exchange(mWaiting, {});
+    mProgressAt.clear();
     lock.unlock();
     Guarded([&] { mPrepare(batch); });
     for (const Notification& notification : batch) Deliver(notification);
@@ -112,13 +189,8 @@ void NotificationCenter::Deliver(const Notification& notification) {
     lock.unlock();
     tInReceiver = true;
     try {
-      unsigned int fontID = 0;
-      void* data = nullptr;
-      if (const auto* id = std::get_if<unsigned int>(&notification.data)) {
-        fontID = *id;
-        data = &fontID;
-      }
-      receiver(notification.kind, data);
+      const ReceiverData data(notification);
+      receiver(notification.kind, data.Pointer());
     } catch (...) {  // a receiver's fault is not the next one's
     }
     tInReceiver = false;

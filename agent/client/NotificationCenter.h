@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -13,11 +14,21 @@
 #include "GTypes.h"
 #include "client/PluginInterface.h"
 
-/// One event of the agent for the receivers.
+/// One event of the agent for the receivers, in plain values: what a receiver gets is made of them when it is
+/// called.
 struct Notification {
-  int kind = 0;                                     // NotificationKind
-  std::variant<std::monostate, unsigned int> data;  // nothing, or a font ID
-  std::string file;    // of a font that is or was visible to all programs, else empty
+  struct LogIn {
+    bool isLoggedIn = false;
+    int serverType = 0;
+  };
+  struct Progress {
+    std::string text;  // for the user
+    uint32_t step = 0;
+    uint32_t stepCount = 0;
+  };
+  int kind = 0;                                                              // NotificationKind
+  std::variant<std::monostate, unsigned int, bool, LogIn, Progress> data{};  // unsigned int is a font ID
+  std::string file{};  // of a font that is or was visible to all programs, else empty
   uint64_t order = 0;  // of the message that said it (Connection::Incoming)
 };
 
@@ -34,8 +45,10 @@ class NotificationCenter {
   /// Called again and again while nothing happens. \return When it wants to be called next; 0 is not at all.
   using Idle = std::function<std::chrono::seconds()>;
 
-  /// More events than this don't wait for a receiver that hangs; the newest are dropped.
+  /// More events of fonts than this don't wait for a receiver that hangs; the newest are dropped. The others
+  /// change what a program may do, and have some room more.
   static constexpr size_t kMaxWaiting = 1'000'000;
+  static constexpr size_t kMoreRoom = 10'000;
 
   NotificationCenter(Prepare prepare, Idle idle);
   ~NotificationCenter();
@@ -53,7 +66,8 @@ class NotificationCenter {
   /// Drops what waits, waits for a running receiver and ends the thread. Receivers stay registered.
   void Stop();
 
-  /// Appends events; never blocks.
+  /// Appends events; never blocks. A progress takes the place of one of its kind that still waits, unless its
+  /// run has been stopped since.
   void Post(std::vector<Notification>&& notifications);
 
   /// Whether the calling thread is inside a receiver.
@@ -61,6 +75,8 @@ class NotificationCenter {
 
  private:
   void Run();
+  void Append(Notification&& notification);
+  void ForgetWaiting();
   void Deliver(const Notification& notification);
 
   const Prepare mPrepare;
@@ -73,4 +89,5 @@ class NotificationCenter {
   std::vector<NotifyProc> mReceivers;
   NotifyProc mRunning = nullptr;
   std::vector<Notification> mWaiting;
+  std::map<int, size_t> mProgressAt;  // the kinds that run, with the place of their progress in mWaiting
 };

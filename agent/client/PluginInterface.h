@@ -22,7 +22,8 @@
 ///
 /// Codes: 0 is success; the others are the shared 32-bit codes (GErrorCodes.h). Every entry may give
 ///   - 0x0300100E: the agent isn't there or doesn't answer in time. A call waits 5 s for its answer; one that
-///     activates or deactivates waits 60 s, but no more than 15 s for an agent that says nothing at all.
+///     changes what is active or what the library holds waits 60 s, but no more than 15 s for an agent that
+///     says nothing at all. Counts that the agent sends meanwhile begin the 60 s anew.
 ///   - 0x0200200D: the connection broke under the call, or the facade is a dropped one.
 ///   - 0x0E000000: the agent speaks another version of the protocol.
 ///   - 0x05000000, 0x04000000: a pointer that must be set is null; another argument has no sense or its text
@@ -65,7 +66,11 @@ typedef unsigned int ErrCode;
 /// the kind (NotificationKind). The result is 0; the library doesn't read it.
 typedef int (*NotifyProc)(int kind, void* data);
 
-/// What a notification says, and the type of its data. Kiln sends 0, 8, 9 and 23 so far.
+/// What a notification says, and the type of its data. Kiln sends all of them but 17 and 25.
+///
+/// In the dictionaries "isLoggedIn" is a boolean, "serverType", "stepIndex" (from 0) and "numSteps" are
+/// numbers of 32 bits, "text" is a string for the user. While a receiver is busy, a progress that waits for
+/// it is replaced by the next of its kind; a stop is delivered for every run.
 enum NotificationKind {
   kNotification_AgentShutdown = 0,                    ///< none; the agent ends in good order
   kNotification_OnlineStateChanged = 1,               ///< bool*: online now
@@ -79,7 +84,7 @@ enum NotificationKind {
   kNotification_GoogleReplicationProgress = 15,       ///< CFDictionaryRef: "text", "stepIndex", "numSteps"
   kNotification_GoogleReplicationStopped = 16,        ///< none
   kNotification_PreviewPNGsRendered = 17,             ///< CFDictionaryRef: font ID -> file names
-  kNotification_SmartListsChanged = 18,               ///< none
+  kNotification_SmartListsChanged = 18,               ///< none; sets changed, too (with 23)
   kNotification_BulkReplicationProgress = 19,         ///< CFDictionaryRef, as 15
   kNotification_BulkReplicationStopped = 20,          ///< none
   kNotification_IncrementalReplicationProgress = 21,  ///< CFDictionaryRef, as 15
@@ -101,7 +106,7 @@ enum NotificationKind {
 /// read: a font that fails never stops the others. IDs that failed go to `idsA`, IDs that the agent's
 /// compliance rules refuse to `idsB`, each cut to its capacity; `countA` and `countB` tell how many were
 /// written. The four may be null, and are written whenever the agent answered. 0x0500400C: at least one font
-/// was refused (the others are active).
+/// was refused; the others are active and visible all the same.
 TALWORTH_EXPORT ErrCode ActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                       const void* reserved, int mode, int flagA, int flagB,
                                       unsigned long capacityA, unsigned long capacityB, unsigned int* idsA,
@@ -111,23 +116,29 @@ TALWORTH_EXPORT ErrCode ActivateFonts(FacadeRef, unsigned long count, const unsi
 /// dictionary with "EmbeddedFonts" alone whose records help to choose among candidates; others are passed
 /// over. Workgroup -2 means all, like 0. Matched records are appended to `outMatched` in the order of
 /// `fonts`, with their states as they were before the call; a font that only belongs to a matched one's
-/// family follows it. For a font without a match a mutable copy of its record is appended to `outProblems`,
-/// with "PossibleReplacements" (may be empty). Both arrays must be mutable.
+/// family follows it. For a font without a match, or whose matches the agent's compliance rules all refuse
+/// (notification 24), a mutable copy of its record is appended to `outProblems`, with "PossibleReplacements"
+/// (may be empty). Both arrays must be mutable.
 TALWORTH_EXPORT ErrCode ActivateDocumentFontsByPath(FacadeRef, const char* path, CFArrayRef fonts,
                                                     bool nextGenPlugin, bool activateEntireFamily,
                                                     bool pickBestMatch, bool glyphMarkEnabled,
                                                     int workgroupID, CFMutableArrayRef outMatched,
                                                     CFMutableArrayRef outProblems);
-/// 3. Puts fonts into sets (not offered).
+/// 3. Puts fonts into every one of the sets; what is in one already stays. 0x08004009: no such set;
+/// 0x0A002001: the sets are of different workgroups; 0x0200400A: a font isn't in the sets' workgroup;
+/// 0x09002001: a system font. Nothing was changed then.
 TALWORTH_EXPORT ErrCode AddFontsToSets(FacadeRef, unsigned long fontCount, const unsigned int* fontIDs,
                                        unsigned long setCount, const unsigned int* setIDs);
 /// 4. Names the file, in the folder of the agent's own log, that this process's texts go to from now on, over
 /// reconnects. 0x04000000: no name, or a folder in it. 0x02001004: the file can't be opened.
 TALWORTH_EXPORT ErrCode BeginLogging(FacadeRef, const char* logFileName);
-/// 5. Whether all the fonts may be exported (not offered).
+/// 5. 1 when entry 10 would be granted for all the fonts, else 0.
 TALWORTH_EXPORT ErrCode CanExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                        int* outAllowed);
-/// 6. Makes a set of fonts in a workgroup (not offered).
+/// 6. Makes a set of fonts of one workgroup and sets `outSetID`. The zeros are 0. Another set may have the
+/// name. 0x04000000: a name that is empty, blank or longer than 255 characters of UTF-16; 0x0A004009: no such
+/// workgroup, all of them together included; 0x0C004009: System's, which holds no sets; 0x0200400A: a font
+/// isn't in the workgroup; 0x09002001: a system font. Nothing was made then.
 TALWORTH_EXPORT ErrCode CreateTopLevelSet(FacadeRef, int* outSetID, const char* name, int workgroupID,
                                           int zeroA, int zeroB, unsigned long count,
                                           const unsigned int* fontIDs);
@@ -140,10 +151,18 @@ TALWORTH_EXPORT ErrCode DeactivateFonts(FacadeRef, unsigned long count, const un
 TALWORTH_EXPORT ErrCode DestroyThreadInstance(FacadeRef);
 /// 9. Whether the agent is there to activate fonts for documents; this agent needs no leave for it.
 TALWORTH_EXPORT ErrCode EnableDesignActivation(FacadeRef);
-/// 10. Copies the fonts' files into a folder (not offered).
+/// 10. Copies the fonts' files into a folder, which is made when it isn't there; a path that isn't absolute
+/// is below the process's working folder. The zeros are 0. A file is copied once for all its fonts, under its
+/// name, with a number behind it where that is taken: nothing is overwritten. 0x06004007: no fonts given;
+/// 0x09004007: a font that may not be exported, nothing was copied; 0x03004007, 0x0B004007: the folder can't
+/// be made or written to; 0x0E004007: none could be copied; 0x04004007, 0x09001005: some couldn't, the latter
+/// because the disk is full.
 TALWORTH_EXPORT ErrCode ExportFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                     const char* destinationPath, int zeroA, int zeroB);
-/// 11. Appends the records of the font's family (not offered).
+/// 11. Appends the records of the fonts of the font's family group in the workgroups (none, or 0 among them:
+/// all), the font itself among them, by ascending ID. `font` names it by "DatabaseID". "ActivationStatus"
+/// holds the raw state; the keys derived from it are left to the caller. Uses the current facade.
+/// 0x07000000: no such font.
 TALWORTH_EXPORT ErrCode FindFontsInSameFamilyForActivation(CFDictionaryRef font,
                                                            const unsigned int* workgroupIDs,
                                                            unsigned long workgroupCount,
@@ -235,10 +254,11 @@ TALWORTH_EXPORT ErrCode ResetPluginFacadeInstance(void);
 TALWORTH_EXPORT ErrCode GetPostscriptNameColumnID(char* buffer, unsigned long size);  ///< 46
 TALWORTH_EXPORT ErrCode GetDisplayNameColumnID(char* buffer, unsigned long size);     ///< 47
 TALWORTH_EXPORT ErrCode GetScannedFoundryColumnID(char* buffer, unsigned long size);  ///< 48
-TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);         ///< 49 (not offered)
-TALWORTH_EXPORT ErrCode GetWorkgroupIDColumnID(char* buffer, unsigned long size);     ///< 50
-TALWORTH_EXPORT ErrCode GetWorkgroupNameColumnID(char* buffer, unsigned long size);   ///< 51
-TALWORTH_EXPORT ErrCode GetWorkgroupTypeColumnID(char* buffer, unsigned long size);   ///< 52
+/// 49. The ID of the workgroup of the system's fonts. 0x07000000: there is none.
+TALWORTH_EXPORT ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int* outID);
+TALWORTH_EXPORT ErrCode GetWorkgroupIDColumnID(char* buffer, unsigned long size);    ///< 50
+TALWORTH_EXPORT ErrCode GetWorkgroupNameColumnID(char* buffer, unsigned long size);  ///< 51
+TALWORTH_EXPORT ErrCode GetWorkgroupTypeColumnID(char* buffer, unsigned long size);  ///< 52
 /// 53. Sets up this side: which host this is (0 other, 2, 3, 4, 5, 7), told to the agent when connecting.
 /// `zero` is 0. An agent that can't be reached is no failure here: GetIsCoreAgentProcessRunning() is what
 /// tells. 0x0E000000, 0x02001013: agent and library don't agree on protocol or database schema.
@@ -246,7 +266,8 @@ TALWORTH_EXPORT ErrCode InitAppInstance(FacadeRef, int hostType, int zero);
 /// 54. Begins work with the agent. 0x02002005: no agent process; 0x03002005: it runs but doesn't answer, or
 /// speaks another protocol; 0x01002008: the vault can't be used; 0x02002008: another agent holds the vault.
 TALWORTH_EXPORT ErrCode InitThreadInstance(FacadeRef);
-TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);  ///< 55 (not offered)
+/// 55. 1 for 0 and -2, the two names of all workgroups together, else 0. Needs no agent and takes any facade.
+TALWORTH_EXPORT ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll);
 
 // ----------------------------------------------------------------------------------------------------
 // 56 to 84
@@ -259,16 +280,23 @@ TALWORTH_EXPORT ErrCode Log(FacadeRef, const char* text);
 TALWORTH_EXPORT ErrCode OSCreateDirectory(FacadeRef, const char* path);
 /// 58. 0 when the path is a folder; 0x02001005 when it isn't. Needs no agent.
 TALWORTH_EXPORT ErrCode OSDoesDirectoryExist(FacadeRef, const char* path);
-/// 59. Activates fonts, marked as auto-activated, for this process alone. `zero` is 0. 0x0500400C as entry 1;
-/// 0x0100200A: this process can't see one of them; those were given back.
+/// 59. Activates fonts, marked as auto-activated, for this process alone. `zero` is 0. 0x0500400C as entry 1,
+/// the others are active; 0x0100200A: this process can't see one of them. What it can't see was given back.
 TALWORTH_EXPORT ErrCode PreviewActivateFonts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                              int zero);
-TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);  ///< 60 (not offered)
-TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);    ///< 61 (not offered)
-TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);     ///< 62 (not offered)
-/// 63. 1 when the agent has the library of Google fonts among its workgroups.
+/// 60. Appends the records of the Google library's fonts, as entry 26 gives them; none while it is off.
+TALWORTH_EXPORT ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef outFonts);
+/// 61. 1 while the agent takes fonts over from anywhere (notifications 15, 19, 21, 27), else 0.
+TALWORTH_EXPORT ErrCode GetIsReplicationRunning(FacadeRef, int* outRunning);
+/// 62. What it takes over: 0 all of a server's, or a re-scan (19); 1 what the user adds (21); 2 Google fonts
+/// (15); 3 what has changed at the server (27); of several the lowest; -1 nothing.
+TALWORTH_EXPORT ErrCode GetCurrentReplicationMode(FacadeRef, int* outMode);
+/// 63. 1 when the library of Google fonts is on, else 0.
 TALWORTH_EXPORT ErrCode GetIsGoogleWebFontsEnabled(FacadeRef, int* outEnabled);
-TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);  ///< 64 (not offered)
+/// 64. Switches it on or off; on, it takes its fonts from the folder of the last time, and they come after
+/// the call has returned. 0x02001005: that folder has gone; 0x04000000: there never was one. Nothing was
+/// changed then.
+TALWORTH_EXPORT ErrCode SetGoogleWebFontsEnabled(FacadeRef, int enabled);
 TALWORTH_EXPORT ErrCode GetRenderedPNGsDirectory(FacadeRef, char* buffer,
                                                  unsigned long size);  ///< 65 (not offered)
 /// 66. Draws previews of font names; each comes as notification 17 (not offered).
@@ -305,12 +333,14 @@ TALWORTH_EXPORT ErrCode GetSmartListFonts(FacadeRef, unsigned int smartListID,
 /// registered), the process's own fonts are taken out again. Takes any facade. Always 0. A later
 /// GetPluginFacadeInstance() begins anew.
 TALWORTH_EXPORT ErrCode CleanUpOnShutdown(FacadeRef);
-/// 77. For each ID the ID of another active font of the same PostScript name, else 0 (not offered).
+/// 77. For each ID the ID of another font of the same PostScript name that is active for all programs, the
+/// lowest of several, else 0; an unknown ID is 0.
 TALWORTH_EXPORT ErrCode GetFontConflicts(FacadeRef, unsigned long count, const unsigned int* fontIDs,
                                          unsigned int* outConflicts);
 TALWORTH_EXPORT ErrCode TrackFontPanelClick(FacadeRef, unsigned int fontID,
                                             const char* version);  ///< 78 (not offered)
-/// 79. A flag, not a code: 1 when Google fonts may be reached. 0 until then (not offered).
+/// 79. A flag, not a code: 1 when there is a folder of Google fonts that can be read, whether they are on or
+/// off; 0 otherwise and for whatever stands in the way of asking.
 TALWORTH_EXPORT int CanAccessGoogleFonts(FacadeRef);
 /// 80. Tells the agent which fonts a document uses, in one call. `fonts` may be null (none);
 /// `hostDisplayName` and `hostCategory` may be null (empty).

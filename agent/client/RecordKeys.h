@@ -42,7 +42,14 @@ inline const CFStringRef kWorkgroupID = CFSTR("WorkgroupID");
 inline const CFStringRef kWorkgroupName = CFSTR("WorkgroupName");
 inline const CFStringRef kWorkgroupType = CFSTR("WorkgroupType");
 
-// Data of notifications.
+inline const CFStringRef kFontCount = CFSTR("FontCount");
+
+// Records of sets, which hold those of their workgroup too.
+inline const CFStringRef kSetID = CFSTR("SetID");
+inline const CFStringRef kSetName = CFSTR("SetName");
+inline const CFStringRef kFontIDs = CFSTR("FontIDs");  // array of decimal texts
+
+// Data of notifications: these alone hold a boolean, and numbers as numbers.
 inline const CFStringRef kIsLoggedIn = CFSTR("isLoggedIn");
 inline const CFStringRef kServerType = CFSTR("serverType");
 inline const CFStringRef kText = CFSTR("text");

@@ -7,18 +7,13 @@
 #include "Memory/CFVector.h"
 #include "client/Entries/EntryGuard.h"
 #include "client/FontRecords.h"
-#include "client/PluginInterface.h"
+#include "client/LibraryInterface.h"
 #include "client/RecordKeys.h"
 
 using kiln::wire::ClientMessage;
 using kiln::wire::ServerMessage;
 
 namespace {
-
-// The agent links and copies files for this, and does one thing at a time.
-constexpr CallLimit kActivationLimit{.answer = std::chrono::milliseconds{60000},
-                                     .silence = std::chrono::milliseconds{15000}};
-constexpr int kAllWorkgroupsOfPlugin = -2;
 
 // System fonts are visible as it is.
 void AppendForProcess(const kiln::wire::Font& font, bool local, std::vector<ProcessFonts::Font>& fonts) {
@@ -85,7 +80,7 @@ ErrCode Activate(Session& session, unsigned long count, const unsigned int* font
   auto& body = *request.mutable_activate_fonts();
   body.set_mode(mode);
   if (const ErrCode code = EntryGuard::ReadIDs(fontIDs, count, *body.mutable_font_ids())) return code;
-  const ErrCode code = session.Call(request, reply, kActivationLimit);
+  const ErrCode code = session.Call(request, reply, EntryGuard::kWorkLimit);
   if (!reply.message.has_activate_fonts()) {
     return code == CoreErrorCodes::kSuccess ? GKVMessageDataHandler::kInvalidMessage : code;
   }
@@ -96,13 +91,14 @@ ErrCode Activate(Session& session, unsigned long count, const unsigned int* font
   return code;
 }
 
-ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long count) {
+ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long count, bool byHand = false) {
   ClientMessage request;
   auto& body = *request.mutable_deactivate_fonts();
+  body.set_by_hand(byHand);
   if (const ErrCode code = EntryGuard::ReadIDs(fontIDs, count, *body.mutable_font_ids())) return code;
   Connection::Incoming reply;
-  if (const ErrCode code =
-          EntryGuard::Ask(session, request, reply, &ServerMessage::has_deactivate_fonts, kActivationLimit)) {
+  if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_deactivate_fonts,
+                                           EntryGuard::kWorkLimit)) {
     return code;
   }
   const auto& gone = reply.message.deactivate_fonts().deactivated_ids();
@@ -136,10 +132,10 @@ ErrCode PreviewActivateFonts(FacadeRef facade, unsigned long count, const unsign
     Connection::Incoming reply;
     std::vector<unsigned int> unseen;
     const ErrCode code = Activate(session, count, fontIDs, kiln::wire::MODE_AUTO_LOCAL, reply, unseen);
-    if (code != CoreErrorCodes::kSuccess || unseen.empty()) return code;
+    if (unseen.empty()) return code;
     // Active for this process alone, which can't see them: then not active at all.
     GiveBack(session, unseen.data(), unseen.size());
-    return GFontActivation::kOSActivationError;
+    return code != CoreErrorCodes::kSuccess ? code : GFontActivation::kOSActivationError;
   });
 }
 
@@ -148,13 +144,9 @@ ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayR
                                     int workgroupID, CFMutableArrayRef outMatched,
                                     CFMutableArrayRef outProblems) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
-    if (fonts == nullptr || outMatched == nullptr || outProblems == nullptr) {
-      return CoreErrorCodes::kNullPointer;
-    }
-    if (dynamicCF<CFArrayRef>(fonts) == nullptr || dynamicCF<CFMutableArrayRef>(outMatched) == nullptr ||
-        dynamicCF<CFMutableArrayRef>(outProblems) == nullptr) {
-      return CoreErrorCodes::kInvalidParam;
-    }
+    if (const ErrCode code = EntryGuard::CheckObject(fonts)) return code;
+    if (const ErrCode code = EntryGuard::CheckObject(outMatched)) return code;
+    if (const ErrCode code = EntryGuard::CheckObject(outProblems)) return code;
     FontList list(fonts);
     // Only for the agent's log: a name that isn't UTF-8 is no reason to leave the document without fonts.
     if (path != nullptr && ToCFString(path) != nullptr) list.request.set_document_path(path);
@@ -162,14 +154,14 @@ ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayR
     list.request.set_activate_entire_family(activateEntireFamily);
     list.request.set_pick_best_match(pickBestMatch);
     list.request.set_glyph_mark_enabled(glyphMarkEnabled);
-    list.request.set_workgroup_id(workgroupID == kAllWorkgroupsOfPlugin ? 0
-                                                                        : static_cast<uint32_t>(workgroupID));
+    list.request.set_workgroup_id(
+        EntryGuard::IsAllWorkgroups(workgroupID) ? 0 : static_cast<uint32_t>(workgroupID));
 
     ClientMessage request;
     *request.mutable_activate_document_fonts() = std::move(list.request);
     Connection::Incoming reply;
-    if (const ErrCode code = EntryGuard::Ask(session, request, reply,
-                                             &ServerMessage::has_activate_document_fonts, kActivationLimit)) {
+    if (const ErrCode code = EntryGuard::Ask(
+            session, request, reply, &ServerMessage::has_activate_document_fonts, EntryGuard::kWorkLimit)) {
       return code;
     }
     const auto& answer = reply.message.activate_document_fonts();
@@ -191,4 +183,9 @@ ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayR
 ErrCode DeactivateFonts(FacadeRef facade, unsigned long count, const unsigned int* fontIDs, int) {
   return EntryGuard::RunInSession(facade,
                                   [&](Session& session) { return GiveBack(session, fontIDs, count); });
+}
+
+ErrCode KilnLibraryDeactivateFonts(FacadeRef facade, unsigned long count, const unsigned int* fontIDs) {
+  return EntryGuard::RunInSession(facade,
+                                  [&](Session& session) { return GiveBack(session, fontIDs, count, true); });
 }

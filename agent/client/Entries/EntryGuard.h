@@ -8,8 +8,9 @@
 #include <utility>
 
 #include "GErrorCodes.h"
+#include "Memory/CFCast.h"
 #include "client/ClientLibrary.h"
-#include "client/PluginInterface.h"
+#include "client/LibraryInterface.h"
 #include "client/Session.h"
 
 /// What all entries share: nothing throws out of them, none runs inside a notification's receiver, and those
@@ -39,6 +40,18 @@ ErrCode RunInSession(FacadeRef facade, Body&& body) noexcept {
   });
 }
 
+/// For requests at which the agent links, copies or deletes files. It does one thing at a time.
+inline constexpr CallLimit kWorkLimit{.answer = std::chrono::milliseconds{60000},
+                                      .silence = std::chrono::milliseconds{15000}};
+
+/// Makes a request whose answer is a code alone.
+ErrCode Order(Session& session, kiln::wire::ClientMessage& request, const CallLimit& limit = kWorkLimit);
+
+/// Passes the agent's counts on.
+///
+/// \param progress  May be null; the counts keep the call alive all the same.
+Connection::ProgressSink TellCounts(KilnProgressProc progress, void* context);
+
 /// Makes a request whose answer must hold the given part.
 ///
 /// \param part  Whether the answer has it: &ServerMessage::has_status.
@@ -53,9 +66,25 @@ ErrCode Ask(Session& session, kiln::wire::ClientMessage& request, Connection::In
 /// A text as an argument: kNullPointer, kInvalidParam for what isn't UTF-8, else 0 with the text.
 ErrCode ReadText(const char* argument, std::string& text);
 
+/// A path as an argument, made absolute, since the agent runs in another folder. As ReadText(), and
+/// kInvalidParam for an empty one; GFileSystem::kInvalidPath below a working folder that isn't UTF-8.
+ErrCode ReadPath(const char* argument, std::string& path);
+
+/// An object as an argument: kNullPointer, kInvalidParam for one of another type, else 0.
+template <typename T>
+ErrCode CheckObject(T object) {
+  if (object == nullptr) return CoreErrorCodes::kNullPointer;
+  return dynamicCF<T>(object) == nullptr ? CoreErrorCodes::kInvalidParam : CoreErrorCodes::kSuccess;
+}
+
 /// A text as a result: kNullPointer, kIndexOutOfRange when it doesn't fit with its ending zero; the buffer is
 /// untouched then.
 ErrCode FillBuffer(std::string_view text, char* buffer, unsigned long size);
+
+/// Both names of all workgroups together: the agent's own and the one that plug-ins show and store.
+inline bool IsAllWorkgroups(int workgroupID) {
+  return workgroupID == 0 || workgroupID == -2;
+}
 
 /// More IDs than this don't fit into a message.
 inline constexpr unsigned long kMaxIDs = 4u << 20;

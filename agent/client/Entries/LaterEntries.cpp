@@ -3,51 +3,6 @@
 #include "GErrorCodes.h"
 #include "client/PluginInterface.h"
 
-ErrCode AddFontsToSets(FacadeRef, unsigned long, const unsigned int*, unsigned long, const unsigned int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode CanExportFonts(FacadeRef, unsigned long, const unsigned int*, int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode CreateTopLevelSet(FacadeRef, int*, const char*, int, int, int, unsigned long, const unsigned int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode ExportFonts(FacadeRef, unsigned long, const unsigned int*, const char*, int, int) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode FindFontsInSameFamilyForActivation(CFDictionaryRef, const unsigned int*, unsigned long,
-                                           CFMutableArrayRef) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode GetSystemWorkgroupID(FacadeRef, unsigned int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode IsAllWorkgroups(FacadeRef, int, int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode GetGoogleFonts(FacadeRef, CFMutableArrayRef) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode GetIsReplicationRunning(FacadeRef, int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode GetCurrentReplicationMode(FacadeRef, int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
-ErrCode SetGoogleWebFontsEnabled(FacadeRef, int) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
 ErrCode GetRenderedPNGsDirectory(FacadeRef, char*, unsigned long) {
   return CoreErrorCodes::kNotImplemented;
 }
@@ -96,16 +51,8 @@ ErrCode GetSmartListFonts(FacadeRef, unsigned int, CFMutableArrayRef) {
   return CoreErrorCodes::kNotImplemented;
 }
 
-ErrCode GetFontConflicts(FacadeRef, unsigned long, const unsigned int*, unsigned int*) {
-  return CoreErrorCodes::kNotImplemented;
-}
-
 ErrCode TrackFontPanelClick(FacadeRef, unsigned int, const char*) {
   return CoreErrorCodes::kNotImplemented;
-}
-
-int CanAccessGoogleFonts(FacadeRef) {
-  return 0;
 }
 
 ErrCode GetFontUsage(FacadeRef, const char*, CFMutableArrayRef) {

@@ -8,10 +8,10 @@
 
 #include "GErrors.h"
 #include "GFileSystem.h"
-#include "Memory/CFCast.h"
 #include "Memory/CFVector.h"
 #include "XCFUtils.h"
 #include "client/Entries/EntryGuard.h"
+#include "client/FontListing.h"
 #include "client/FontRecords.h"
 #include "client/LibraryInterface.h"
 #include "client/RecordKeys.h"
@@ -59,10 +59,8 @@ RetainPtr<CFMutableDictionaryRef> ResultRecord(const kiln::wire::AddedFile& file
 ErrCode KilnLibraryAddPaths(FacadeRef facade, unsigned int workgroupID, CFArrayRef paths,
                             KilnProgressProc progress, void* context, CFMutableArrayRef outResults) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
-    if (paths == nullptr || outResults == nullptr) return CoreErrorCodes::kNullPointer;
-    if (dynamicCF<CFArrayRef>(paths) == nullptr || dynamicCF<CFMutableArrayRef>(outResults) == nullptr) {
-      return CoreErrorCodes::kInvalidParam;
-    }
+    if (const ErrCode code = EntryGuard::CheckObject(paths)) return code;
+    if (const ErrCode code = EntryGuard::CheckObject(outResults)) return code;
     ClientMessage request;
     auto& list = *request.mutable_add_files();
     list.set_workgroup_id(workgroupID);
@@ -90,26 +88,10 @@ ErrCode KilnLibraryAddPaths(FacadeRef facade, unsigned int workgroupID, CFArrayR
 
 ErrCode KilnLibraryListFonts(FacadeRef facade, CFMutableArrayRef outFonts) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
-    if (outFonts == nullptr) return CoreErrorCodes::kNullPointer;
-    if (dynamicCF<CFMutableArrayRef>(outFonts) == nullptr) return CoreErrorCodes::kInvalidParam;
+    if (const ErrCode code = EntryGuard::CheckObject(outFonts)) return code;
     std::vector<kiln::wire::Font> fonts;
-    uint32_t last = 0;
-    for (bool more = true; more;) {
-      ClientMessage request;
-      request.mutable_list_fonts()->set_after_id(last);
-      Connection::Incoming reply;
-      if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_list_fonts)) {
-        return code;
-      }
-      more = reply.message.list_fonts().more();
-      const uint32_t before = last;
-      for (auto& font : *reply.message.mutable_list_fonts()->mutable_fonts()) {
-        last = std::max(last, font.id());
-        if (!font.is_system()) fonts.push_back(std::move(font));
-      }
-      // A page that brings nothing new would be asked for again for ever.
-      if (more && last == before) return GKVMessageDataHandler::kInvalidMessage;
-    }
+    if (const ErrCode code = FontListing::Read(session, {}, fonts)) return code;
+    std::erase_if(fonts, [](const auto& font) { return font.is_system(); });
     std::ranges::sort(fonts, {}, [](const auto& font) {
       return std::tuple(std::string_view(font.family()), std::string_view(font.postscript_name()), font.id());
     });
@@ -124,8 +106,7 @@ ErrCode KilnLibraryListFonts(FacadeRef facade, CFMutableArrayRef outFonts) {
 
 ErrCode KilnLibraryStatus(FacadeRef facade, CFMutableDictionaryRef outStatus) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
-    if (outStatus == nullptr) return CoreErrorCodes::kNullPointer;
-    if (dynamicCF<CFMutableDictionaryRef>(outStatus) == nullptr) return CoreErrorCodes::kInvalidParam;
+    if (const ErrCode code = EntryGuard::CheckObject(outStatus)) return code;
     ClientMessage request;
     request.mutable_status();
     Connection::Incoming reply;

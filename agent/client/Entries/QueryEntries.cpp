@@ -60,8 +60,8 @@ ErrCode GetFontsByFamilyName(FacadeRef facade, const char* name, const unsigned 
 ErrCode GetFontInfoByID(FacadeRef facade, const unsigned int* workgroupIDs, unsigned long workgroupCount,
                         CFDictionaryRef query, unsigned int* outID, CFMutableDictionaryRef* outInfo) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
-    if (query == nullptr || outInfo == nullptr) return CoreErrorCodes::kNullPointer;
-    if (dynamicCF<CFDictionaryRef>(query) == nullptr) return CoreErrorCodes::kInvalidParam;
+    if (outInfo == nullptr) return CoreErrorCodes::kNullPointer;
+    if (const ErrCode code = EntryGuard::CheckObject(query)) return code;
     ClientMessage request;
     auto& body = *request.mutable_font_info();
     body.set_font_id(static_cast<uint32_t>(XCFUtils::GetULongFromDictString(query, RecordKeys::kDatabaseID)));

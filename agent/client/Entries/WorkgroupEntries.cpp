@@ -38,15 +38,24 @@ ErrCode GetAllWorkgroupsForUser(FacadeRef facade, CFArrayRef* outWorkgroups, boo
   });
 }
 
-// The agent lists the library of Google fonts while it is on.
-ErrCode GetIsGoogleWebFontsEnabled(FacadeRef facade, int* outEnabled) {
+ErrCode GetSystemWorkgroupID(FacadeRef facade, unsigned int* outID) {
   return EntryGuard::RunInSession(facade, [&](Session& session) -> ErrCode {
-    if (outEnabled == nullptr) return CoreErrorCodes::kNullPointer;
+    if (outID == nullptr) return CoreErrorCodes::kNullPointer;
     Connection::Incoming reply;
     if (const ErrCode code = Workgroups(session, true, false, reply)) return code;
-    *outEnabled = std::ranges::any_of(reply.message.workgroups().workgroups(), [](const auto& workgroup) {
-      return workgroup.type() == kiln::wire::WORKGROUP_GOOGLE;
-    });
+    const auto& workgroups = reply.message.workgroups().workgroups();
+    const auto system = std::ranges::find(workgroups, kiln::wire::WORKGROUP_SYSTEM,
+                                          [](const auto& workgroup) { return workgroup.type(); });
+    if (system == workgroups.end()) return CoreErrorCodes::kNotFound;
+    *outID = system->id();
+    return CoreErrorCodes::kSuccess;
+  });
+}
+
+ErrCode IsAllWorkgroups(FacadeRef, int workgroupID, int* outIsAll) {
+  return EntryGuard::Run([&]() -> ErrCode {
+    if (outIsAll == nullptr) return CoreErrorCodes::kNullPointer;
+    *outIsAll = EntryGuard::IsAllWorkgroups(workgroupID) ? 1 : 0;
     return CoreErrorCodes::kSuccess;
   });
 }
@@ -58,7 +67,7 @@ ErrCode GetPermission(FacadeRef facade, bool acrossWorkgroups, const char* colum
     ClientMessage request;
     auto& body = *request.mutable_permission();
     body.set_across_workgroups(acrossWorkgroups);
-    body.set_workgroup_id(static_cast<uint32_t>(workgroupID));
+    body.set_workgroup_id(EntryGuard::IsAllWorkgroups(workgroupID) ? 0 : static_cast<uint32_t>(workgroupID));
     if (const ErrCode code = EntryGuard::ReadText(columnID, *body.mutable_column_id())) return code;
     Connection::Incoming reply;
     if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_permission)) {

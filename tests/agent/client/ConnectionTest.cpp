@@ -135,28 +135,56 @@ TEST_F(ConnectionTest, AMessageThatIsTooLongIsNotSent) {
   EXPECT_EQ(Ping(*connection, kLong), CoreErrorCodes::kSuccess);
 }
 
-TEST_F(ConnectionTest, ProgressKeepsACallAliveBeyondItsLimit) {
+TEST_F(ConnectionTest, ProgressOfEitherKindKeepsACallAliveBeyondItsLimit) {
   auto agent = FakeAgent::Misbehaving(OnRequest([](int socket, uint32_t id) {
-    auto reply = FakeAgent::ReplyTo(id);
     for (uint32_t i = 1; i <= 10; ++i) {
-      reply.mutable_progress()->set_done(i);
+      auto reply = FakeAgent::ReplyTo(id);
+      i % 2 == 0 ? reply.mutable_progress()->set_done(i) : reply.mutable_task_progress()->set_done(i);
       FakeAgent::SendFrame(socket, reply);
       std::this_thread::sleep_for(std::chrono::milliseconds(30));
     }
-    reply.mutable_add_files()->set_files_added(10);
+    auto reply = FakeAgent::ReplyTo(id);
+    reply.mutable_rescan();
     FakeAgent::SendFrame(socket, reply);
     FakeAgent::Drain(socket);
   }));
   const auto connection = Open();
   ClientMessage request;
-  request.mutable_add_files();
+  request.mutable_rescan();
+  Connection::Incoming reply;
+  uint32_t sum = 0;
+  EXPECT_EQ(connection->Call(request, {.answer = std::chrono::milliseconds{200}}, reply,
+                             [&](const auto& message) {
+                               sum += message.progress().done() + message.task_progress().done();
+                             }),
+            CoreErrorCodes::kSuccess);
+  EXPECT_EQ(sum, 55u);
+  EXPECT_TRUE(reply.message.has_rescan());
+}
+
+TEST_F(ConnectionTest, CountsThatNobodyHasReadGiveWayToNewerOnes) {
+  auto agent = FakeAgent::Misbehaving(OnRequest([](int socket, uint32_t id) {
+    auto reply = FakeAgent::ReplyTo(id);
+    for (uint32_t i = 1; i <= 20'000; ++i) {  // more than may wait
+      reply.mutable_task_progress()->set_done(i);
+      FakeAgent::SendFrame(socket, reply);
+    }
+    reply.mutable_rescan();
+    FakeAgent::SendFrame(socket, reply);
+    FakeAgent::Drain(socket);
+  }));
+  const auto connection = Open();
+  ClientMessage request;
+  request.mutable_rescan();
   Connection::Incoming reply;
   uint32_t last = 0;
-  EXPECT_EQ(connection->Call(request, {.answer = std::chrono::milliseconds{200}}, reply,
-                             [&](const auto& message) { last = message.progress().done(); }),
+  EXPECT_EQ(connection->Call(request, kLong, reply,
+                             [&](const auto& message) {
+                               if (last == 0) std::this_thread::sleep_for(std::chrono::milliseconds(200));
+                               last = message.task_progress().done();
+                             }),
             CoreErrorCodes::kSuccess);
-  EXPECT_EQ(last, 10u);
-  EXPECT_EQ(reply.message.add_files().files_added(), 10u);
+  EXPECT_EQ(last, 20'000u);
 }
 
 TEST_F(ConnectionTest, ALongCallOutlastsAnAgentThatWorksButNotOneThatIsStopped) {

@@ -1,7 +1,9 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
+#include <future>
 #include <memory>
 
 #include "FakeAgent.h"
@@ -124,47 +126,70 @@ INSTANTIATE_TEST_SUITE_P(
                                 GOspreyConfig::kAgentRunningInWrongMode, 0}),
     [](const auto& info) { return info.param.name; });
 
-TEST_F(EntriesTest, AnAnswerOfAnotherKindIsNoAnswer) {
+TEST_F(EntriesTest, AnAnswerOfAnotherKindIsNoAnswerAndTouchesNothing) {
   FakeAgent agent;  // answers everything with an empty reply
   int value = 7;
+  unsigned int id = 7;
+  char path[16] = "#";
   CFArrayRef workgroups = nullptr;
   CFMutableDictionaryRef info = nullptr;
-  char path[16] = "#";
-  const unsigned int id = 3;
-  const auto query = Record("A");
-  const TErrCode expected = GKVMessageDataHandler::kInvalidMessage;
-  EXPECT_EQ(GetIsLoggedIn(Facade(), &value), expected);
-  EXPECT_EQ(GetPermission(Facade(), true, "exportFonts", 0, &value), expected);
-  EXPECT_EQ(GetFontIsActivated(Facade(), 1, &id, &value), expected);
-  EXPECT_EQ(GetClientFontActivationStates(1, &id, &value), expected);
-  EXPECT_EQ(GetFontVaultPath(Facade(), sizeof(path), path), expected);
-  EXPECT_EQ(GetAllWorkgroupsForUser(Facade(), &workgroups, true, true), expected);
-  EXPECT_EQ(GetFontInfoByID(Facade(), nullptr, 0, query.get(), nullptr, &info), expected);
+  const auto font = Record("A");
+  const auto list = MakeArray();
+  const auto state = MakeDictionary();
+  const TErrCode codes[] = {GetIsLoggedIn(Facade(), &value),
+                            GetPermission(Facade(), true, "exportFonts", 0, &value),
+                            GetFontIsActivated(Facade(), 1, &id, &value),
+                            GetClientFontActivationStates(1, &id, &value),
+                            GetFontConflicts(Facade(), 1, &id, &id),
+                            GetFontVaultPath(Facade(), sizeof(path), path),
+                            GetAllWorkgroupsForUser(Facade(), &workgroups, true, true),
+                            GetSystemWorkgroupID(Facade(), &id),
+                            GetFontInfoByID(Facade(), nullptr, 0, font.get(), nullptr, &info),
+                            FindFontsInSameFamilyForActivation(font.get(), nullptr, 0, list.get()),
+                            CreateTopLevelSet(Facade(), &value, "A", 2, 0, 0, 1, &id),
+                            CanExportFonts(Facade(), 1, &id, &value),
+                            ExportFonts(Facade(), 1, &id, "/tmp/fonts", 0, 0),
+                            GetIsReplicationRunning(Facade(), &value),
+                            GetCurrentReplicationMode(Facade(), &value),
+                            GetIsGoogleWebFontsEnabled(Facade(), &value),
+                            KilnLibraryCreateWorkgroup(Facade(), "A", &id),
+                            KilnLibraryListSets(Facade(), list.get()),
+                            KilnLibraryRescan(Facade(), nullptr, nullptr, state.get()),
+                            KilnLibraryServerState(Facade(), state.get())};
+  EXPECT_THAT(codes, testing::Each(GKVMessageDataHandler::kInvalidMessage));
+  EXPECT_EQ(CanAccessGoogleFonts(Facade()), 0);
   EXPECT_EQ(value, 7);
+  EXPECT_EQ(id, 7u);
   EXPECT_STREQ(path, "#");
   EXPECT_EQ(workgroups, nullptr);
   EXPECT_EQ(info, nullptr);
+  EXPECT_EQ(CFArrayGetCount(list.get()) + CFDictionaryGetCount(state.get()), 0);
 }
 
 TEST_F(EntriesTest, ArgumentsWithoutSenseSendNothing) {
   FakeAgent agent;
   unsigned int count = 7;
+  int value = 7;
   const auto fonts = MakeArray();
   const auto immutable = adoptCF(CFArrayCreate(nullptr, nullptr, 0, &kCFTypeArrayCallBacks));
   auto* notMutable = const_cast<CFMutableArrayRef>(immutable.get());
-  EXPECT_EQ(GetFontsByPostscriptName(Facade(), nullptr, nullptr, 0, nullptr, 0, &count),
-            CoreErrorCodes::kNullPointer);
-  EXPECT_EQ(GetFontsByPostscriptName(Facade(), "\xFF", nullptr, 0, nullptr, 0, &count),
-            CoreErrorCodes::kInvalidParam);
-  EXPECT_EQ(GetFontsByFamilyName(Facade(), "A", nullptr, 3, nullptr, 0, &count),
-            CoreErrorCodes::kNullPointer);
-  EXPECT_EQ(DeactivateFonts(Facade(), 2, nullptr, 0), CoreErrorCodes::kNullPointer);
-  EXPECT_EQ(ActivateDocumentFontsByPath(Facade(), "", fonts.get(), true, false, true, true, 0, nullptr,
-                                        fonts.get()),
-            CoreErrorCodes::kNullPointer);
-  EXPECT_EQ(ActivateDocumentFontsByPath(Facade(), "", fonts.get(), true, false, true, true, 0, notMutable,
-                                        fonts.get()),
-            CoreErrorCodes::kInvalidParam);
+  const auto open = [&](CFMutableArrayRef matched) {
+    return ActivateDocumentFontsByPath(Facade(), "", fonts.get(), true, false, true, true, 0, matched,
+                                       fonts.get());
+  };
+  const TErrCode missing[] = {GetFontsByPostscriptName(Facade(), nullptr, nullptr, 0, nullptr, 0, &count),
+                              GetFontsByFamilyName(Facade(), "A", nullptr, 3, nullptr, 0, &count),
+                              DeactivateFonts(Facade(), 2, nullptr, 0),
+                              AddFontsToSets(Facade(), 0, nullptr, 1, nullptr),
+                              CreateTopLevelSet(Facade(), nullptr, "A", 2, 0, 0, 0, nullptr),
+                              KilnLibraryLogIn(Facade(), nullptr, "me"),
+                              open(nullptr)};
+  EXPECT_THAT(missing, testing::Each(CoreErrorCodes::kNullPointer));
+  const TErrCode senseless[] = {GetFontsByPostscriptName(Facade(), "\xFF", nullptr, 0, nullptr, 0, &count),
+                                CreateTopLevelSet(Facade(), &value, "\xFF", 2, 0, 0, 0, nullptr),
+                                ExportFonts(Facade(), 0, nullptr, "", 0, 0),
+                                GetGoogleFonts(Facade(), notMutable), open(notMutable)};
+  EXPECT_THAT(senseless, testing::Each(CoreErrorCodes::kInvalidParam));
   EXPECT_EQ(count, 7u);
   EXPECT_TRUE(agent.Requests().empty());
 }
@@ -235,6 +260,7 @@ TEST_F(EntriesTest, ADocumentsFontsAreMatchedInOneCallAndVisibleWhenItReturns) {
   EXPECT_TRUE(MachineFonts::IsVisible(m_machine[0].file));
   EXPECT_TRUE(MachineFonts::IsVisible(m_machine[1].file));
 
+  EXPECT_EQ(agent.Requests().size(), 2u);  // the greeting and one call for all fonts
   const auto request = agent.Requests().back().activate_document_fonts();
   EXPECT_EQ(request.document_path(), "/a/b.idml");
   EXPECT_EQ(request.fonts_size(), 3);
@@ -267,23 +293,6 @@ TEST_F(EntriesTest, ADocumentsFontsAreMatchedInOneCallAndVisibleWhenItReturns) {
   EXPECT_FALSE(MachineFonts::IsVisible(m_machine[1].file));
   CleanUpOnShutdown(Facade());
   EXPECT_FALSE(MachineFonts::IsVisible(m_machine[0].file));
-}
-
-TEST_F(EntriesTest, AThousandFontsCostAsManyCallsAsOne) {
-  FakeAgent agent(&MatchMachineFonts);
-  size_t before = 0;
-  for (int count : {1, 1000}) {
-    const auto fonts = MakeArray();
-    for (int i = 0; i < count; ++i) CFArrayAppendValue(fonts.get(), Record("Font" + std::to_string(i)).get());
-    const auto problems = MakeArray();
-    ResetPluginFacadeInstance();
-    ASSERT_EQ(ActivateDocumentFontsByPath(Facade(), "", fonts.get(), true, false, true, true, 0,
-                                          MakeArray().get(), problems.get()),
-              CoreErrorCodes::kSuccess);
-    EXPECT_EQ(CFArrayGetCount(problems.get()), count);
-    EXPECT_EQ(agent.Requests().size() - before, 2u);  // the greeting and the one call
-    before = agent.Requests().size();
-  }
 }
 
 TEST_F(EntriesTest, AHostileAnswerToADocumentIsReadWithCare) {
@@ -333,49 +342,120 @@ TEST_F(EntriesTest, FailedAndRefusedFontsAreToldWithinTheirCapacities) {
   EXPECT_EQ(refused[0], 4u);
 }
 
-TEST_F(EntriesTest, APreviewThatThisProcessCannotSeeIsGivenBack) {
-  FakeAgent agent([](const auto& request, auto& reply) {
+TEST_F(EntriesTest, APreviewThatThisProcessCannotSeeIsGivenBackEvenBesideARefusedOne) {
+  std::atomic<TErrCode> error = 0;
+  FakeAgent agent([&](const auto& request, auto& reply) {
     if (request.has_deactivate_fonts()) reply.mutable_deactivate_fonts();
     if (!request.has_activate_fonts()) return;
     EXPECT_EQ(request.activate_fonts().mode(), kiln::wire::MODE_AUTO_LOCAL);
+    reply.set_error(error);
     auto& font = *reply.mutable_activate_fonts()->add_fonts();
     font.set_id(6);
     font.set_path("/nowhere/at.all");
   });
   const unsigned int id = 6;
   EXPECT_EQ(PreviewActivateFonts(Facade(), 1, &id, 0), GFontActivation::kOSActivationError);
-  EXPECT_EQ(agent.Count(ClientMessage::kDeactivateFonts), 1);
+  error = GOspreyAssetManager::kLicenseComplianceViolation;
+  EXPECT_EQ(PreviewActivateFonts(Facade(), 1, &id, 0), GOspreyAssetManager::kLicenseComplianceViolation);
+  EXPECT_EQ(agent.Count(ClientMessage::kDeactivateFonts), 2);
 }
 
 // --- Notifications
 
-std::atomic<unsigned int> sActivated = 0;
 std::atomic<TErrCode> sCodeInside = 0;
 std::atomic<FacadeRef> sFacade = nullptr;
+std::string sHeard;
+std::promise<void>* sEnd = nullptr;
 
-int Receive(int kind, void* data) {
-  if (kind != kNotification_FontActivated) return 0;
+std::string Describe(int kind, void* data) {
+  if (data == nullptr) return {};
+  switch (kind) {
+    case kNotification_OnlineStateChanged:
+    case kNotification_GoogleWebFontsEnabled:
+      return *static_cast<bool*>(data) ? ":on" : ":off";
+    case kNotification_FontActivated:
+    case kNotification_FontDeactivated:
+    case kNotification_FontMissing:
+    case kNotification_DesignActivationNonCompliant:
+      return ":" + std::to_string(*static_cast<unsigned int*>(data));
+    default:
+      break;
+  }
+  std::string text;
+  const auto* dictionary = static_cast<CFDictionaryRef>(data);
+  for (CFStringRef key : {RecordKeys::kIsLoggedIn, RecordKeys::kServerType, RecordKeys::kText,
+                          RecordKeys::kStepIndex, RecordKeys::kNumSteps}) {
+    CFTypeRef value = CFDictionaryGetValue(dictionary, key);
+    int number = 0;
+    if (auto* flag = dynamicCF<CFBooleanRef>(value)) text += CFBooleanGetValue(flag) ? ":in" : ":out";
+    if (auto* asText = dynamicCF<CFStringRef>(value)) text += ":" + ToStdString(asText);
+    if (auto* asNumber = dynamicCF<CFNumberRef>(value)) {
+      CFNumberGetValue(asNumber, kCFNumberSInt32Type, &number);
+      text += ":" + std::to_string(number);
+    }
+  }
+  return text;
+}
+
+int Hear(int kind, void* data) {
   int running = 0;
   sCodeInside = GetIsCoreAgentProcessRunning(sFacade, &running);
-  sActivated = *static_cast<unsigned int*>(data);
-  sActivated.notify_all();
+  sHeard += std::to_string(kind) + Describe(kind, data) + " ";
+  if (kind == kNotification_AgentShutdown) sEnd->set_value();
   return 0;
 }
 
-TEST_F(EntriesTest, NotificationsOutliveAResetAndTheirReceiversMayCallNothing) {
+TEST_F(EntriesTest, EveryEventReachesItsReceiverWithTheDataOfItsKind) {
+  std::promise<void> end;
+  sEnd = &end;
+  sHeard.clear();
   FakeAgent agent;
-  ASSERT_EQ(RegisterForNotifications(Facade(), &Receive), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(RegisterForNotifications(Facade(), &Receive), CoreErrorCodes::kItemAlreadyExists);
-  ResetPluginFacadeInstance();
+  ASSERT_EQ(RegisterForNotifications(Facade(), &Hear), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(RegisterForNotifications(Facade(), &Hear), CoreErrorCodes::kItemAlreadyExists);
+  ResetPluginFacadeInstance();  // it stays registered
   sFacade = Facade();
   ASSERT_EQ(EnableDesignActivation(Facade()), CoreErrorCodes::kSuccess);
-  FakeAgent::Reply event;
-  event.mutable_fonts_activated()->add_fonts()->set_font_id(42);
-  agent.SendEvent(event);
-  sActivated.wait(0);
-  EXPECT_EQ(sActivated, 42u);
+  using Event = FakeAgent::Reply;
+  const auto send = [&](auto fill) {
+    Event event;
+    fill(event);
+    agent.SendEvent(event);
+  };
+  send([](Event& event) { event.mutable_online_state()->set_online(false); });
+  send([](Event& event) {
+    event.mutable_log_in_state()->set_logged_in(true);
+    event.mutable_log_in_state()->set_server_type(3);
+  });
+  send([](Event& event) { event.mutable_workgroups_changed(); });
+  send([](Event& event) { event.mutable_permissions_changed(); });
+  send([](Event& event) { event.mutable_fonts_activated()->add_fonts()->set_font_id(42); });
+  send([](Event& event) { event.mutable_fonts_deactivated()->add_fonts()->set_font_id(43); });
+  send([](Event& event) {
+    for (uint32_t id : {5u, 0xFFFFFFFFu}) event.mutable_fonts_missing()->add_font_ids(id);
+  });
+  send([](Event& event) { event.mutable_google_enabled()->set_enabled(true); });
+  for (int kind = kiln::wire::REPLICATION_BULK; kind <= kiln::wire::REPLICATION_FONT_SERVER + 1; ++kind) {
+    send([kind](Event& event) {
+      event.mutable_replication()->set_kind(static_cast<kiln::wire::ReplicationKind>(kind));
+      event.mutable_replication()->set_text("Fünf");
+      event.mutable_replication()->set_step(uint32_t(kind));
+      event.mutable_replication()->set_step_count(0xFFFFFFFF);
+    });
+    send([kind](Event& event) {
+      event.mutable_replication()->set_kind(static_cast<kiln::wire::ReplicationKind>(kind));
+      event.mutable_replication()->set_stopped(true);
+    });
+  }
+  send([](Event& event) { event.mutable_sets_changed(); });
+  send([](Event& event) { event.mutable_library_changed(); });
+  send([](Event& event) { event.mutable_compliance_refused()->add_font_ids(9); });
+  send([](Event& event) { event.mutable_shutdown(); });
+  end.get_future().wait();
+  EXPECT_EQ(sHeard,
+            "1:off 2:in:3 3 4 8:42 9:43 10:5 10:4294967295 14:on 19:Fünf:0:2147483647 20 "
+            "21:Fünf:1:2147483647 22 15:Fünf:2:2147483647 16 27:Fünf:3:2147483647 28 18 23 23 24:9 0 ");
   EXPECT_EQ(sCodeInside, CoreErrorCodes::kNotSupported);
-  EXPECT_EQ(UnregisterForNotifications(nullptr, &Receive), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(UnregisterForNotifications(nullptr, &Hear), CoreErrorCodes::kSuccess);
 }
 
 // --- Folders
@@ -406,6 +486,44 @@ TEST_F(EntriesTest, AListOfFontsThatNeverEndsIsRefused) {
   const auto fonts = MakeArray();
   EXPECT_EQ(KilnLibraryListFonts(Facade(), fonts.get()), GKVMessageDataHandler::kInvalidMessage);
   EXPECT_EQ(CFArrayGetCount(fonts.get()), 0);
+}
+
+TEST_F(EntriesTest, AnExportTellsOfEachFontThoughItFailedAsAWhole) {
+  FakeAgent agent([](const auto& request, auto& reply) {
+    if (!request.has_export_fonts()) return;
+    EXPECT_TRUE(request.export_fonts().destination().ends_with("/below"));
+    EXPECT_TRUE(request.export_fonts().destination().starts_with("/"));
+    reply.set_error(GFileSystem::kDiskFull);
+    reply.mutable_export_fonts()->add_fonts()->set_path("/a.otf");
+    reply.mutable_export_fonts()->add_fonts()->set_error(GFileSystem::kDiskFull);
+  });
+  const unsigned int ids[] = {1, 2};
+  const auto results = MakeArray();
+  EXPECT_EQ(KilnLibraryExportFonts(Facade(), 2, ids, "below", nullptr, nullptr, results.get()),
+            GFileSystem::kDiskFull);
+  ASSERT_EQ(CFArrayGetCount(results.get()), 2);
+  EXPECT_EQ(GetStringFromDict(At(results, 0), CFSTR("message")), "");
+  EXPECT_EQ(GetStringFromDict(At(results, 1), CFSTR("message")), "The disk is full.");
+}
+
+TEST_F(EntriesTest, OfSeveralReplicationsTheLowestModeIsTold) {
+  std::atomic<bool> runs = true;
+  FakeAgent agent([&](const auto& request, auto& reply) {
+    if (!request.has_replication_state()) return;
+    reply.mutable_replication_state();
+    if (!runs) return;
+    reply.mutable_replication_state()->add_running(kiln::wire::REPLICATION_FONT_SERVER);
+    reply.mutable_replication_state()->add_running(kiln::wire::REPLICATION_INCREMENTAL);
+  });
+  for (const bool running : {true, false}) {
+    runs = running;
+    int flag = 7;
+    int mode = 7;
+    EXPECT_EQ(GetIsReplicationRunning(Facade(), &flag), CoreErrorCodes::kSuccess);
+    EXPECT_EQ(GetCurrentReplicationMode(Facade(), &mode), CoreErrorCodes::kSuccess);
+    EXPECT_EQ(flag, running ? 1 : 0);
+    EXPECT_EQ(mode, running ? 1 : -1);
+  }
 }
 
 }  // namespace

@@ -197,8 +197,6 @@ TEST_F(RealAgentTest, QueriesAnswerWithRecordsOfStrings) {
   EXPECT_EQ(GetFontVaultPath(Facade(), 2, path), CoreErrorCodes::kIndexOutOfRange);
 
   int value = 7;
-  EXPECT_EQ(GetIsGoogleWebFontsEnabled(Facade(), &value), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(value, 0);
   EXPECT_EQ(GetAreSchemaVersionsInSync(Facade(), &value), CoreErrorCodes::kSuccess);
   EXPECT_EQ(value, 1);
   EXPECT_EQ(SaveDocumentFonts(Facade(), "/d.idml", "InDesign", "id", fonts.get()), CoreErrorCodes::kSuccess);
