@@ -4,13 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "CmdUtils.h"
 #include "IApplication.h"
 #include "IDocFontMgr.h"
 #include "IDocument.h"
 #include "IFontActivityReport.h"
 #include "IFontFamily.h"
-#include "IFontMgr.h"
 #include "IUsedFontList.h"
 #include "PrivateFonts.h"
 #include "RecordingPlugIn.h"
@@ -166,19 +164,6 @@ TEST_F(HeadlessHostTest, InterfacesOutliveTheirDocument) {
   EXPECT_EQ(family->GetFaceCount(), 3);
 }
 
-TEST_F(HeadlessHostTest, RebuildsTheUsedFontListByCommand) {
-  UIDRef ref;
-  m_plugIn.onSignal = [&](ServiceID, IDocumentSignalData& data) { ref = data.GetDocument(); };
-  Open();
-  const InterfacePtr<ICommand> command(CmdUtils::CreateCommand(kRebuildUsedFontListCmdBoss));
-  ASSERT_TRUE(command);
-  command->SetItemList(UIDList(InterfacePtr<IUsedFontList>(ref, UseDefaultIID())->GetUIDRef()));
-  EXPECT_EQ(CmdUtils::ProcessCommand(command.get()), 0);
-  command->SetItemList(UIDList(UIDRef(ref.GetDataBase(), UID(999))));
-  EXPECT_NE(CmdUtils::ProcessCommand(command.get()), 0);
-  EXPECT_FALSE(InterfacePtr<ICommand>(CmdUtils::CreateCommand(1)));
-}
-
 TEST_F(HeadlessHostTest, KeepsWhatIsReportedOfEachDocument) {
   m_plugIn.onSignal = [&](ServiceID service, IDocumentSignalData& data) {
     const InterfacePtr<IFontActivityReport> report(GetExecutionContextSession(), UseDefaultIID());
@@ -285,22 +270,6 @@ TEST_F(HeadlessHostTest, AnIdleTaskMayTakeItselfAwayAndIsNotRunWhileItRuns) {
   while (runs < 1) m_host.RunIdle(5);
   m_host.RunIdle(1);
   EXPECT_EQ(runs, 1);
-}
-
-TEST_F(HeadlessHostTest, FontChangesAreTakenUpOnRefresh) {
-  UIDRef ref;
-  m_plugIn.onSignal = [&](ServiceID, IDocumentSignalData& data) { ref = data.GetDocument(); };
-  Open();
-  const InterfacePtr<IUsedFontList> list(ref, UseDefaultIID());
-  const InterfacePtr<IFontFamily> family(ref.GetDataBase(), list->GetNthFamilyUID(0), UseDefaultIID());
-  const InterfacePtr<IFontMgr> fontManager(GetExecutionContextSession(), UseDefaultIID());
-  const int32 seed = fontManager->GetFontChangeSeed(true, false);
-  EXPECT_EQ(family->GetFaceCount(), 2);
-  m_fonts.Add("DejaVuSans-Oblique.ttf");
-  EXPECT_EQ(fontManager->GetFontChangeSeed(false, false), seed);
-  EXPECT_NE(fontManager->GetFontChangeSeed(true, false), seed);
-  fontManager->Refresh();
-  EXPECT_EQ(family->GetFaceCount(), 3);
 }
 
 TEST(PlugInLoadingTest, NamesBundlesThatAreNoPlugIns) {

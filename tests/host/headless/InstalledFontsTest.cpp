@@ -26,16 +26,6 @@ TEST(InstalledFontsTest, SeedChangesWithTheFontsAndOnlyThen) {
   EXPECT_NE(fonts.Seed(), seed);
 }
 
-TEST(InstalledFontsTest, FindsAFaceByEachOfItsNames) {
-  PrivateFonts process;
-  InstalledFonts fonts;
-  process.Add("DejaVuSerif-Bold.ttf");
-  EXPECT_EQ(fonts.PostScriptName("DejaVu Serif", "Bold"), "DejaVuSerif-Bold");
-  EXPECT_EQ(fonts.PostScriptName("DejaVu Serif", "Book"), "");
-  EXPECT_EQ(fonts.PostScriptName("DejaVu", "Bold"), "");
-  EXPECT_EQ(fonts.FacesOf("DejaVu Serif").size(), 1u);
-}
-
 TEST(FontManagerTest, SubstitutesOnlyWhenItMay) {
   PrivateFonts process;
   InstalledFonts fonts;

@@ -2,7 +2,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <string>
 
@@ -22,24 +21,46 @@ constexpr char kGood[] = R"(
 <ParagraphStyleRange AppliedParagraphStyle="ParagraphStyle/A"><Content>text</Content></ParagraphStyleRange>
 )";
 
-std::string Numbered(std::size_t count, const std::function<std::string(const std::string&)>& element) {
-  std::string all;
-  for (std::size_t i = 0; i < count; ++i) all += element(std::to_string(i));
-  return all;
-}
-
 struct BadPackageCase {
   const char* name;
-  std::function<void(IdmlFixture&)> spoil;
+  const char* part;
+  const char* text;  // null leaves the part out
   const char* message;
+  // Behind the text; with its number for "#", and the next one's, in a circle, for "@".
+  const char* repeated = "";
+  int count = 0;
+  const char* closing = "";  // behind those, as often
 };
 
 class BadPackageTest : public testing::TestWithParam<BadPackageCase> {};
 
+std::string TextOf(const BadPackageCase& row) {
+  std::string text = row.text;
+  for (int i = 0; i < row.count; ++i) {
+    for (const char* c = row.repeated; *c != 0; ++c) {
+      if (*c == '#') {
+        text += std::to_string(i);
+      } else if (*c == '@') {
+        text += std::to_string((i + 1) % row.count);
+      } else {
+        text += *c;
+      }
+    }
+  }
+  for (int i = 0; i < row.count; ++i) text += row.closing;
+  return text;
+}
+
 TEST_P(BadPackageTest, IsRefusedWithItsNameAndPart) {
   const TemporaryFolder folder;
   IdmlFixture fixture(kGood);
-  GetParam().spoil(fixture);
+  if (GetParam().text == nullptr) {
+    fixture.Remove(GetParam().part);
+  } else if (const std::string text = TextOf(GetParam()); text.empty()) {
+    fixture.Set(GetParam().part, text);
+  } else {
+    fixture.SetBody(GetParam().part, text);
+  }
   const std::string path = fixture.Write(folder.Path("bad.idml"));
   std::string error;
   EXPECT_FALSE(idml::ReadPackage(path, error));
@@ -47,82 +68,34 @@ TEST_P(BadPackageTest, IsRefusedWithItsNameAndPart) {
   EXPECT_NE(error.find(GetParam().message), std::string::npos) << error;
 }
 
+constexpr char kStory[] = "Stories/Story_u1.xml";
+constexpr char kStyles[] = "Resources/Styles.xml";
+constexpr char kFonts[] = "Resources/Fonts.xml";
+
 const BadPackageCase kCases[] = {
-    {"NoDesignMap", [](IdmlFixture& f) { f.Remove("designmap.xml"); }, "missing part designmap.xml"},
-    {"NoFonts", [](IdmlFixture& f) { f.Remove("Resources/Fonts.xml"); }, "missing part Resources/Fonts.xml"},
-    {"NoStory", [](IdmlFixture& f) { f.Remove("Stories/Story_u1.xml"); },
-     "missing part Stories/Story_u1.xml"},
-    {"AnotherKind", [](IdmlFixture& f) { f.Set("mimetype", "application/epub+zip"); }, "another kind"},
-    {"BrokenXml", [](IdmlFixture& f) { f.Set("Stories/Story_u1.xml", "<?xml version='1.0'?><a><b></a>"); },
-     "Stories/Story_u1.xml: offset"},
-    {"EmptyPart", [](IdmlFixture& f) { f.Set("Resources/Styles.xml", ""); },
-     "Resources/Styles.xml: offset 0"},
-    {"EntityBomb",
-     [](IdmlFixture& f) {
-       f.Set("Stories/Story_u1.xml",
-             "<?xml version='1.0'?><!DOCTYPE l [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;&a;'>]><l>&b;</l>");
-     },
+    {"NoDesignMap", "designmap.xml", nullptr, "missing part designmap.xml"},
+    {"NoFonts", kFonts, nullptr, "missing part Resources/Fonts.xml"},
+    {"NoStory", kStory, nullptr, "missing part Stories/Story_u1.xml"},
+    {"AnotherKind", "mimetype", "application/epub+zip", "another kind"},
+    {"BrokenXml", kStory, "<?xml version='1.0'?><a><b></a>", "Stories/Story_u1.xml: offset"},
+    {"EmptyPart", kStyles, "", "Resources/Styles.xml: offset 0"},
+    {"EntityBomb", kStory,
+     "<?xml version='1.0'?><!DOCTYPE l [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;&a;'>]><l>&b;</l>",
      "Stories/Story_u1.xml: declares entities"},
-    {"ZipBomb",
-     [](IdmlFixture& f) {
-       f.SetBody("Stories/Story_u1.xml", std::string(idml::limits::kMaximumPartSize, ' '));
-     },
-     "Stories/Story_u1.xml: unpacks to"},
-    {"ZipBombByRatio", [](IdmlFixture& f) { f.SetBody("Stories/Story_u1.xml", std::string(8 << 20, ' ')); },
-     "as no document does"},
-    {"DeepNesting",
-     [](IdmlFixture& f) {
-       f.SetBody("Stories/Story_u1.xml", Numbered(20'000, [](const std::string&) { return "<Group>"; }) +
-                                             Numbered(20'000, [](const std::string&) { return "</Group>"; }));
-     },
-     "nested too deep"},
-    {"StyleOnItself",
-     [](IdmlFixture& f) {
-       f.SetBody(
-           "Resources/Styles.xml",
-           "<R><ParagraphStyleGroup/></R><RootParagraphStyleGroup>"
-           "<ParagraphStyle Self='ParagraphStyle/A' BasedOn='ParagraphStyle/A'/></RootParagraphStyleGroup>");
-     },
-     "style \"ParagraphStyle/A\" is based on itself"},
-    {"StylesInACircle",
-     [](IdmlFixture& f) {
-       f.SetBody("Resources/Styles.xml",
-                 "<RootCharacterStyleGroup>" + Numbered(1000, [](const std::string& i) {
-                   return "<CharacterStyle Self='CharacterStyle/" + i + "' BasedOn='CharacterStyle/" +
-                          std::to_string((std::stoi(i) + 1) % 1000) + "'/>";
-                 }) + "</RootCharacterStyleGroup>");
-     },
-     "is based on itself"},
-    {"ManyStyles",
-     [](IdmlFixture& f) {
-       f.SetBody("Resources/Styles.xml",
-                 "<RootCharacterStyleGroup>" + Numbered(30'000, [](const std::string& i) {
-                   return "<CharacterStyle Self='CharacterStyle/" + i + "'/>";
-                 }) + "</RootCharacterStyleGroup>");
-     },
-     "styles"},
-    {"ManyFonts",
-     [](IdmlFixture& f) {
-       f.SetBody("Resources/Fonts.xml", "<FontFamily Name='F'>" + Numbered(100'000, [](const std::string& i) {
-                                          return "<Font FontFamily='F" + i + "' FontStyleName='S'/>";
-                                        }) + "</FontFamily>");
-     },
-     "Resources/Fonts.xml: lists more than"},
-    {"ManyUsedFonts",
-     [](IdmlFixture& f) {
-       f.SetBody("Stories/Story_u1.xml", Numbered(100'000, [](const std::string& i) {
-                   return "<CharacterStyleRange AppliedFont='F" + i +
-                          "'><Content>x</Content></CharacterStyleRange>";
-                 }));
-     },
-     "text uses more than"},
-    {"NamesThatSteerATerminal",
-     [](IdmlFixture& f) {
-       f.Set("designmap.xml",
-             "<?xml version='1.0'?><Document xmlns:idPkg='x'>"
-             "<idPkg:Story src='a&#27;[2Jb'/></Document>");
-     },
+    {"NamesThatSteerATerminal", "designmap.xml",
+     "<?xml version='1.0'?><Document xmlns:idPkg='x'><idPkg:Story src='a&#27;[2Jb'/></Document>",
      "missing part a?[2Jb"},
+    {"ZipBomb", kStory, "", "Stories/Story_u1.xml: unpacks to", " ",
+     static_cast<int>(idml::limits::kMaximumPartSize)},
+    {"ZipBombByRatio", kStory, "", "as no document does", " ", 8 << 20},
+    {"DeepNesting", kStory, "", "nested too deep", "<Group>", 20'000, "</Group>"},
+    {"StylesInACircle", kStyles, "", "is based on itself",
+     "<CharacterStyle Self='CharacterStyle/#' BasedOn='CharacterStyle/@'/>", 1000},
+    {"ManyStyles", kStyles, "", "styles", "<CharacterStyle Self='CharacterStyle/#'/>", 30'000},
+    {"ManyFonts", kFonts, "", "Resources/Fonts.xml: lists more than",
+     "<FontFamily Name='F'><Font FontFamily='F#' FontStyleName='S'/></FontFamily>", 100'000},
+    {"ManyUsedFonts", kStory, "", "text uses more than",
+     "<CharacterStyleRange AppliedFont='F#'><Content>x</Content></CharacterStyleRange>", 100'000},
 };
 
 INSTANTIATE_TEST_SUITE_P(Package, BadPackageTest, testing::ValuesIn(kCases),
