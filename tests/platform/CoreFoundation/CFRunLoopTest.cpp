@@ -37,16 +37,6 @@ TEST(CFRunLoop, ATimerWithoutAnIntervalFiresOnceAndIsThenInvalid) {
   EXPECT_EQ(CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false), kCFRunLoopRunFinished);
 }
 
-TEST(CFRunLoop, TimersFireInTheOrderOfTheirTimes) {
-  std::string order;
-  Action a = [&order](CFRunLoopTimerRef) { order += 'a'; };
-  Action b = [&order](CFRunLoopTimerRef) { order += 'b'; };
-  CFRunLoopAddTimer(CFRunLoopGetCurrent(), Timer(&a, 0, -1).get(), kCFRunLoopDefaultMode);
-  CFRunLoopAddTimer(CFRunLoopGetCurrent(), Timer(&b, 0, -2).get(), kCFRunLoopDefaultMode);
-  EXPECT_EQ(CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, false), kCFRunLoopRunTimedOut);
-  EXPECT_EQ(order, "ba");
-}
-
 TEST(CFRunLoop, OnlyTheTimersOfTheModeFire) {
   int fired = 0;
   Action count = [&fired](CFRunLoopTimerRef) { ++fired; };
