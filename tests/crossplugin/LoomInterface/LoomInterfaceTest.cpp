@@ -143,9 +143,6 @@ TEST(LoomMessageBoxes, ThoseThatDependOnTheEditionOrTheCaseShowTheirKeys) {
     bool standalone;
     const char* box;
   } kCases[] = {
-      {&Loom::ShowFontManagerNotFoundMessageBox, true,
-       "FontManagerNotFoundHeader|FontManagerNotFoundMessage|1"},
-      {&Loom::ShowCoreAgentMissingMessageBox, true, "HSCoreAgentMissingHeader|HSCoreAgentMissingMessage|2"},
       {&Loom::ShowCoreAgentMissingMessageBox, false, "SYCoreAgentMissingHeader|SYCoreAgentMissingMessage|2"},
       {&Loom::ShowNoWorkgroupsMessageBox, true, "NoLibrariesHeader|NoLibrariesMessage|1"},
       {&Loom::ShowNoWorkgroupsMessageBox, false, "NoWorkgroupsHeader|NoWorkgroupsMessage|1"},
@@ -161,8 +158,6 @@ TEST(LoomMessageBoxes, ThoseThatDependOnTheEditionOrTheCaseShowTheirKeys) {
        "MissingFontsExportHeader|MissingFontsOfflineExportMessage|1"},
       {[](Loom& loom) { loom.ShowFontsMissingForExportMessageBox(false); }, true,
        "MissingFontsExportHeader|MissingFontsExportMessage|1"},
-      {[](Loom& loom) { loom.ShowVaultInUseMessage(CFSTR("/v")); }, true,
-       "-|CouldNotOpenVaultInUseLaunchPrefs\n/v|1"},
   };
   FakeLoom framework;
   FakeFontManager manager;
@@ -172,16 +167,6 @@ TEST(LoomMessageBoxes, ThoseThatDependOnTheEditionOrTheCaseShowTheirKeys) {
     row.show(framework.Loom());
     EXPECT_EQ(framework.boxes, std::vector<std::string>{row.box});
   }
-}
-
-TEST(LoomMessageBoxes, AgentMissingAsksWhetherToTryAgain) {
-  FakeLoom framework;
-  EXPECT_FALSE(framework.Loom().ShowCoreAgentMissingMessageBox());
-  EXPECT_TRUE(framework.boxes.empty()) << "nothing to try without a manager";
-  FakeFontManager manager;
-  framework.answers = {1, 2};
-  EXPECT_TRUE(framework.Loom().ShowCoreAgentMissingMessageBox());
-  EXPECT_FALSE(framework.Loom().ShowCoreAgentMissingMessageBox());
 }
 
 TEST(LoomMessageBoxes, AVaultSentenceTakesThePathWhereItAsksForIt) {

@@ -46,11 +46,6 @@ TEST_F(SaveFolderDialogTest, AnswersBecomeAbsolutePaths) {
   EXPECT_EQ(terminal.written.find('\x1B'), std::string::npos) << "a name must not steer the terminal";
 }
 
-TEST_F(SaveFolderDialogTest, TheEndOfTheInputCancels) {
-  EXPECT_EQ(Ask("Flyer"), -1);
-  EXPECT_EQ(path, "untouched");
-}
-
 TEST_F(SaveFolderDialogTest, NobodyIsAskedWhereThatIsForbidden) {
   terminal.answers = {"/out", "/out"};
   {
