@@ -78,11 +78,11 @@ void UpdateFontSystem();
 /// \param style  As the document names it; may be null.
 /// \param usedFontsArray  Null adds nothing.
 /// \return How many new entries came about; a name that is in the list already doesn't count.
-int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
+int AddToUsedFontsPSNames(const InterfacePtr<IFontFamily>& family, const PMString* style,
                           CFMutableArrayRef usedFontsArray);
 
 /// The same for one who adds many: the time doesn't grow with the list.
-int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
+int AddToUsedFontsPSNames(const InterfacePtr<IFontFamily>& family, const PMString* style,
                           IndexedFontArray& usedFontsArray);
 
 /// For a document of the host's version 2: has the document's font manager look the family up by its name.

@@ -90,7 +90,7 @@ int AddNamesMadeFromFamily(const IFontFamily& family, IndexedFontArray& usedFont
 
 namespace HBIndesignPluginGlobals {
 
-int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
+int AddToUsedFontsPSNames(const InterfacePtr<IFontFamily>& family, const PMString* style,
                           CFMutableArrayRef usedFontsArray) {
   if (usedFontsArray != nullptr) {
     IndexedFontArray indexed(usedFontsArray);
@@ -103,7 +103,7 @@ int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* styl
   return 0;
 }
 
-int AddToUsedFontsPSNames(InterfacePtr<IFontFamily> family, const PMString* style,
+int AddToUsedFontsPSNames(const InterfacePtr<IFontFamily>& family, const PMString* style,
                           IndexedFontArray& usedFontsArray) {
   OperationTrace trace("AddToUsedFontsPSNames", "Entering %s()", "AddToUsedFontsPSNames");
   int count = 0;
