@@ -10,7 +10,6 @@
 #include "FontHome.h"
 #include "GErrorCodes.h"
 #include "GFileSystem.h"
-#include "MachineFonts.h"
 #include "Memory/CFVector.h"
 #include "XCFUtils.h"
 #include "client/LibraryInterface.h"
@@ -40,7 +39,6 @@ class EntriesTest : public testing::Test {
   static FacadeRef Facade() { return GetPluginFacadeInstance(); }
 
   FontHome m_fonts;
-  const std::vector<MachineFonts::Font>& m_machine = m_fonts.machine;
   PrivateHome& m_home = m_fonts.home;
   FakeProcesses m_processes;
   ScopedReplacement<platform::Processes> m_replaced{m_processes};
@@ -208,42 +206,30 @@ TEST_F(EntriesTest, NamesGiveAtMostWhatTheCallerHasRoomFor) {
 
 // --- Activation
 
-// Matches each font whose name is a font of the machine, with IDs from 100.
-void MatchMachineFonts(const FakeAgent::Request& request, FakeAgent::Reply& reply) {
-  if (request.has_deactivate_fonts()) {
-    *reply.mutable_deactivate_fonts()->mutable_deactivated_ids() = request.deactivate_fonts().font_ids();
-    return;
-  }
-  if (!request.has_activate_document_fonts()) return;
-  auto& answer = *reply.mutable_activate_document_fonts();
-  const auto& machine = MachineFonts::All();
-  for (int i = 0; i < request.activate_document_fonts().fonts_size(); ++i) {
-    const auto& name = request.activate_document_fonts().fonts(i).postscript_name();
-    const auto found = std::ranges::find(machine, name, &MachineFonts::Font::postScriptName);
-    if (found == machine.end()) {
-      answer.add_problems()->set_request_index(uint32_t(i));
-      continue;
-    }
-    auto& match = *answer.add_matched();
-    match.set_request_index(uint32_t(i));
-    match.mutable_font()->set_id(100 + uint32_t(found - machine.begin()));
-    match.mutable_font()->set_postscript_name(name);
-    match.mutable_font()->set_path(found->file);
-    match.mutable_font()->set_kind(kiln::wire::FONT_KIND_TRUETYPE);
-    match.mutable_font()->set_state(i == 0 ? kiln::wire::ACTIVATION_PERMANENT
-                                           : kiln::wire::ACTIVATION_INACTIVE);
-  }
-}
-
 TEST_F(EntriesTest, ADocumentsFontsAreMatchedInOneCallAndVisibleWhenItReturns) {
-  FakeAgent agent(&MatchMachineFonts);
+  FakeAgent agent([&](const auto& request, auto& reply) {
+    if (request.has_deactivate_fonts()) {
+      *reply.mutable_deactivate_fonts()->mutable_deactivated_ids() = request.deactivate_fonts().font_ids();
+    }
+    if (!request.has_activate_document_fonts()) return;
+    auto& answer = *reply.mutable_activate_document_fonts();
+    for (const uint32_t index : {0u, 2u}) {
+      auto& match = *answer.add_matched();
+      match.set_request_index(index);
+      match.mutable_font()->set_id(100 + index);
+      match.mutable_font()->set_path(m_fonts.fonts[index].file);
+      match.mutable_font()->set_kind(kiln::wire::FONT_KIND_TRUETYPE);
+      if (index == 0) match.mutable_font()->set_state(kiln::wire::ACTIVATION_PERMANENT);
+    }
+    answer.add_problems()->set_request_index(1);
+  });
   const auto fonts = MakeArray();
-  CFArrayAppendValue(fonts.get(), Record(m_machine[0].postScriptName).get());
+  CFArrayAppendValue(fonts.get(), Record(m_fonts.fonts[0].postScriptName).get());
   const auto missing = Record("Missing-Regular");
   XCFUtils::PutStringIntoDict(missing.get(), RecordKeys::kFoundry, "Nobody");
   CFArrayAppendValue(fonts.get(), missing.get());
   CFArrayAppendValue(fonts.get(), CFSTR("no record"));
-  const auto used = Record(m_machine[1].postScriptName);
+  const auto used = Record(m_fonts.fonts[2].postScriptName);
   CFDictionarySetValue(used.get(), RecordKeys::kSubDocumentsWithFont, ToCFArray({"doc/1", "doc/2"}).get());
   CFArrayAppendValue(fonts.get(), used.get());
   const auto embedded = MakeDictionary();
@@ -257,8 +243,8 @@ TEST_F(EntriesTest, ADocumentsFontsAreMatchedInOneCallAndVisibleWhenItReturns) {
   ASSERT_EQ(ActivateDocumentFontsByPath(Facade(), "/a/b.idml", fonts.get(), true, false, true, true, -2,
                                         matched.get(), problems.get()),
             CoreErrorCodes::kSuccess);
-  EXPECT_TRUE(MachineFonts::IsVisible(m_machine[0].file));
-  EXPECT_TRUE(MachineFonts::IsVisible(m_machine[1].file));
+  EXPECT_TRUE(FontHome::IsVisible(m_fonts.fonts[0].file));
+  EXPECT_TRUE(FontHome::IsVisible(m_fonts.fonts[2].file));
 
   EXPECT_EQ(agent.Requests().size(), 2u);  // the greeting and one call for all fonts
   const auto request = agent.Requests().back().activate_document_fonts();
@@ -287,12 +273,12 @@ TEST_F(EntriesTest, ADocumentsFontsAreMatchedInOneCallAndVisibleWhenItReturns) {
             nullptr);
   EXPECT_NE(dynamicCF<CFMutableDictionaryRef>(At(problems, 0)), nullptr);  // the resolver writes into it
 
-  const unsigned int id = 101;
+  const unsigned int id = 102;
   EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
-  EXPECT_TRUE(MachineFonts::IsVisible(m_machine[0].file));
-  EXPECT_FALSE(MachineFonts::IsVisible(m_machine[1].file));
+  EXPECT_TRUE(FontHome::IsVisible(m_fonts.fonts[0].file));
+  EXPECT_FALSE(FontHome::IsVisible(m_fonts.fonts[2].file));
   CleanUpOnShutdown(Facade());
-  EXPECT_FALSE(MachineFonts::IsVisible(m_machine[0].file));
+  EXPECT_FALSE(FontHome::IsVisible(m_fonts.fonts[0].file));
 }
 
 TEST_F(EntriesTest, AHostileAnswerToADocumentIsReadWithCare) {

@@ -3,22 +3,20 @@
 #include <filesystem>
 
 #include "FontHome.h"
-#include "MachineFonts.h"
 #include "client/FontconfigSystem.h"
 
 namespace {
 
-using MachineFonts::IsVisible;
-
 class FontconfigSystemTest : public testing::Test {
  protected:
   // As another program would: into the folder that fontconfig watches.
-  std::string Install(int index) {
+  std::string Install(size_t index) {
     const std::string file = m_home.Folder().Path("data/fonts/installed" + std::to_string(index) + ".ttf");
     std::filesystem::copy_file(File(index), file);
     return file;
   }
-  static const std::string& File(size_t index) { return MachineFonts::All().at(index).file; }
+  const std::string& File(size_t index) const { return m_fonts.fonts.at(index).file; }
+  static bool IsVisible(const std::string& file) { return FontHome::IsVisible(file); }
 
   FontHome m_fonts;
   PrivateHome& m_home = m_fonts.home;

@@ -12,7 +12,6 @@
 
 #include "FontHome.h"
 #include "GErrorCodes.h"
-#include "MachineFonts.h"
 #include "Memory/CFVector.h"
 #include "XCFUtils.h"
 #include "client/LibraryInterface.h"
@@ -48,7 +47,7 @@ class RealAgentTest : public testing::Test {
 
   static FacadeRef Facade() { return GetPluginFacadeInstance(); }
   void StartKiln() { m_kiln = std::make_unique<ProgramRun>(kKiln, std::vector<std::string>{}); }
-  const MachineFonts::Font& Font(size_t index) const { return m_machine.at(index); }
+  const FontHome::Font& Font(size_t index) const { return m_fonts.fonts.at(index); }
 
   void AddFonts(std::vector<std::string> paths) {
     const auto results = MakeArray();
@@ -91,7 +90,6 @@ class RealAgentTest : public testing::Test {
   }
 
   FontHome m_fonts;
-  const std::vector<MachineFonts::Font>& m_machine = m_fonts.machine;
   PrivateHome& m_home = m_fonts.home;
   std::unique_ptr<ProgramRun> m_kiln;
   std::string m_statuses;
@@ -105,8 +103,8 @@ TEST_F(RealAgentTest, FontsOfADocumentComeAndGo) {
 
   const std::string first = OpenDocument({Font(0).postScriptName, "Missing-Regular"});
   ASSERT_TRUE(first.ends_with(":0 ")) << first;
-  EXPECT_TRUE(MachineFonts::IsNameVisible(Font(0).postScriptName));
-  EXPECT_FALSE(MachineFonts::IsNameVisible(Font(1).postScriptName));
+  EXPECT_TRUE(FontHome::IsNameVisible(Font(0).postScriptName));
+  EXPECT_FALSE(FontHome::IsNameVisible(Font(1).postScriptName));
   EXPECT_TRUE(OtherProgramsSee(Font(0).postScriptName));
   EXPECT_TRUE(OpenDocument({Font(0).postScriptName}).ends_with(":1 "));
 
@@ -117,7 +115,7 @@ TEST_F(RealAgentTest, FontsOfADocumentComeAndGo) {
   EXPECT_EQ(DeactivateFonts(Facade(), 1, ids, 0), CoreErrorCodes::kSuccess);
   EXPECT_EQ(GetFontIsActivated(Facade(), 1, ids, &state), CoreErrorCodes::kSuccess);
   EXPECT_EQ(state, 0);
-  WaitUntil([&] { return !MachineFonts::IsNameVisible(Font(0).postScriptName); });
+  WaitUntil([&] { return !FontHome::IsNameVisible(Font(0).postScriptName); });
   EXPECT_FALSE(OtherProgramsSee(Font(0).postScriptName));
   WaitUntil([] { return sActivated == 1 && sDeactivated == 1; });
   EXPECT_EQ(UnregisterForNotifications(Facade(), &Count), CoreErrorCodes::kSuccess);
@@ -131,10 +129,10 @@ TEST_F(RealAgentTest, APreviewIsForThisProcessAlone) {
             CoreErrorCodes::kSuccess);
   ASSERT_EQ(count, 1u);
   EXPECT_EQ(PreviewActivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
-  EXPECT_TRUE(MachineFonts::IsNameVisible(Font(0).postScriptName));
+  EXPECT_TRUE(FontHome::IsNameVisible(Font(0).postScriptName));
   EXPECT_FALSE(OtherProgramsSee(Font(0).postScriptName));
   EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
-  EXPECT_FALSE(MachineFonts::IsNameVisible(Font(0).postScriptName));
+  EXPECT_FALSE(FontHome::IsNameVisible(Font(0).postScriptName));
 }
 
 TEST_F(RealAgentTest, WhatAnotherClientDoesIsSeenHereToo) {
@@ -149,7 +147,7 @@ TEST_F(RealAgentTest, WhatAnotherClientDoesIsSeenHereToo) {
   Connection::Incoming reply;
   request.mutable_activate_fonts()->add_font_ids(id);
   ASSERT_EQ(other.Call(request, reply), CoreErrorCodes::kSuccess);
-  WaitUntil([&] { return MachineFonts::IsNameVisible(name); });
+  WaitUntil([&] { return FontHome::IsNameVisible(name); });
 
   // Giving back what one holds beside the other leaves the font to both.
   OpenDocument({name});
@@ -157,11 +155,11 @@ TEST_F(RealAgentTest, WhatAnotherClientDoesIsSeenHereToo) {
   EXPECT_EQ(GetClientFontActivationStates(1, &id, &own), CoreErrorCodes::kSuccess);
   EXPECT_EQ(own, 0);
   EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
-  EXPECT_TRUE(MachineFonts::IsNameVisible(name));
+  EXPECT_TRUE(FontHome::IsNameVisible(name));
 
   request.mutable_deactivate_fonts()->add_font_ids(id);
   ASSERT_EQ(other.Call(request, reply), CoreErrorCodes::kSuccess);
-  WaitUntil([&] { return !MachineFonts::IsNameVisible(name); });
+  WaitUntil([&] { return !FontHome::IsNameVisible(name); });
   other.Drop();
 }
 
