@@ -14,11 +14,6 @@ namespace fs = std::filesystem;
 
 constexpr int kDeepest = 64;
 
-bool LooksLikeFont(const fs::path& path) {
-  static const std::set<std::string> kExtensions{"otf", "ttf", "ttc", "otc", "pfb", "pfa", "t1"};
-  return kExtensions.count(Vault::ExtensionOf(path.filename().string())) > 0;
-}
-
 bool IsMetricsOfFont(const fs::path& path) {
   const std::string extension = Vault::ExtensionOf(path.filename().string());
   if (extension != "afm" && extension != "pfm") return false;
@@ -37,13 +32,18 @@ void Walk(const fs::path& folder, std::vector<std::string>& files) {
     std::error_code ignored;
     if (entry.depth() >= kDeepest) entry.disable_recursion_pending();
     const bool regular = entry->symlink_status(ignored).type() == fs::file_type::regular;
-    if (regular && LooksLikeFont(entry->path())) found.push_back(entry->path().string());
+    if (regular && IsNamedAsFont(entry->path().filename().string())) found.push_back(entry->path().string());
   }
   std::sort(found.begin(), found.end());
   files.insert(files.end(), found.begin(), found.end());
 }
 
 }  // namespace
+
+bool IsNamedAsFont(const std::string& fileName) {
+  static const std::set<std::string> kExtensions{"otf", "ttf", "ttc", "otc", "pfb", "pfa", "t1"};
+  return kExtensions.count(Vault::ExtensionOf(fileName)) > 0;
+}
 
 std::vector<std::string> FontFilesOf(const std::vector<std::string>& paths) {
   std::vector<std::string> files;

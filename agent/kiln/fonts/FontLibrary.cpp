@@ -49,6 +49,8 @@ FontLibrary::FontLibrary(const KilnPaths& paths, LockFile taken, std::unique_ptr
       writer(*database, paths),
       fonts(*database, paths),
       workgroups(*database),
+      folderFiles(*database),
+      settings(*database),
       clients(*database),
       activations(*database),
       documents(*database),

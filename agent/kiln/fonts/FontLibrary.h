@@ -12,10 +12,12 @@
 #include "kiln/store/ClientStore.h"
 #include "kiln/store/Database.h"
 #include "kiln/store/DocumentStore.h"
+#include "kiln/store/FolderFileStore.h"
 #include "kiln/store/FontRights.h"
 #include "kiln/store/FontStore.h"
 #include "kiln/store/LibraryWriter.h"
 #include "kiln/store/SetStore.h"
+#include "kiln/store/SettingStore.h"
 #include "kiln/store/VaultFileStore.h"
 #include "kiln/store/WorkgroupStore.h"
 #include "kiln/system/KilnPaths.h"
@@ -45,6 +47,8 @@ struct FontLibrary {
   LibraryWriter writer;
   FontStore fonts;
   WorkgroupStore workgroups;
+  FolderFileStore folderFiles;
+  SettingStore settings;
   ClientStore clients;
   ActivationStore activations;
   DocumentStore documents;

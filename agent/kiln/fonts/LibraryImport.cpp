@@ -29,7 +29,15 @@ LibraryImport::LibraryImport(boost::asio::io_context& context, FontLibrary& libr
       mTimer(context) {}
 
 void LibraryImport::Start(const std::vector<std::string>& paths) {
-  mPaths = FontFilesOf(paths);
+  StartFiles(FontFilesOf(paths));
+}
+
+void LibraryImport::Stop() {
+  if (mStored < mSubmitted) mPaths.resize(mSubmitted);
+}
+
+void LibraryImport::StartFiles(std::vector<std::string> files) {
+  mPaths = std::move(files);
   Tick();
   Submit();
   // Nothing to read, nothing to wait for.
@@ -111,6 +119,8 @@ uint32_t LibraryImport::StoreAll(const std::vector<Arrival>& batch, std::vector<
                                  std::vector<uint32_t>& newFonts) {
   Transaction transaction(*mLibrary.database);
   if (!transaction.Began()) return mLibrary.database->Error();
+  // It may have been deleted meanwhile.
+  if (!mLibrary.workgroups.Exists(mWorkgroupID)) return codes::kWorkgroupNotFound;
   for (size_t i = 0; i < batch.size(); ++i) {
     if (results[i].error() != codes::kSuccess) continue;
     if (!StoreOne(batch[i], results[i], newFonts)) return mLibrary.database->Error();

@@ -29,7 +29,12 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   LibraryImport(boost::asio::io_context& context, FontLibrary& library, FontReaderPool& readers,
                 uint32_t workgroupID, Progress progress, Done done);
 
+  /// \param paths  Files, and folders to be walked.
   void Start(const std::vector<std::string>& paths);
+  void StartFiles(std::vector<std::string> files);
+  /// Leaves out the files that no child was given yet. What is being read is still added; then done is
+  /// called.
+  void Stop();
 
  private:
   struct Arrival {

@@ -50,9 +50,13 @@ uint32_t Vault::TakeIn(const std::string& incoming, bool metrics, const std::str
   return std::rename(incoming.c_str(), path.c_str()) == 0 ? codes::kSuccess : CodeOf(errno);
 }
 
+void Vault::Remove(const std::string& path) {
+  unlink(path.c_str());
+  unlink((path + kMetricsSuffix).c_str());
+}
+
 void Vault::Discard(const std::string& incoming) {
-  unlink(incoming.c_str());
-  unlink((incoming + kMetricsSuffix).c_str());
+  Remove(incoming);
 }
 
 std::string Vault::PathOf(const KilnPaths& paths, const std::string& hash, const std::string& extension) {

@@ -25,6 +25,8 @@ class Vault {
   uint32_t TakeIn(const std::string& incoming, bool metrics, const std::string& hash,
                   const std::string& extension);
 
+  /// Removes a file of the vault and its metrics.
+  static void Remove(const std::string& path);
   /// Removes a copy that isn't wanted.
   void Discard(const std::string& incoming);
 

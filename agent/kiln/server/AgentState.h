@@ -9,6 +9,7 @@
 #include "kiln/fonts/FontReaderPool.h"
 #include "kiln/fonts/SystemFonts.h"
 #include "kiln/server/ClientHub.h"
+#include "kiln/sources/LibrarySources.h"
 #include "kiln/system/BoundedLog.h"
 #include "kiln/system/KilnPaths.h"
 
@@ -23,8 +24,8 @@ struct AgentState {
   FontReaderPool& readers;
   std::unique_ptr<FontLibrary> library;
   std::unique_ptr<SystemFonts> systemFonts;
+  std::unique_ptr<LibrarySources> sources;  ///< there with the library
   uint32_t vaultError = 0;
-  uint32_t importsRunning = 0;
   uint64_t requestCount = 0;  ///< pings and questions for the status left out
 };
 

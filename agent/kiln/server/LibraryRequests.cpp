@@ -11,7 +11,10 @@ namespace {
 
 constexpr uint32_t kMostNames = 100000;
 constexpr uint32_t kFontsPerPage = 5000;
-constexpr int kIDsPerEvent = 100000;
+
+std::string NameOf(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
 
 }  // namespace
 
@@ -96,14 +99,21 @@ uint32_t LibraryRequests::AddFiles(const std::shared_ptr<Connection>& connection
   const uint32_t workgroup = request.workgroup_id() == 0 ? kFontLibraryWorkgroup : request.workgroup_id();
   const std::optional<wire::WorkgroupType> type = mState.library->workgroups.TypeOf(workgroup);
   if (!type) return codes::kWorkgroupNotFound;
-  if (*type == wire::WORKGROUP_SYSTEM) return codes::kCannotAddFontsToWorkgroup;
+  if (*type != wire::WORKGROUP_LOCAL) return codes::kCannotAddFontsToWorkgroup;
   std::vector<std::string> paths;
   for (const std::string& path : request.paths()) {
     if (path.empty() || path.front() != '/') return codes::kInvalidPath;
     paths.push_back(path);
   }
+  // Ended by its holder, behind the reply.
+  const auto run =
+      std::make_shared<std::unique_ptr<ReplicationBoard::Run>>(mState.sources->replications.Begin(
+          wire::REPLICATION_INCREMENTAL, paths.empty() ? "" : NameOf(paths[0])));
   // A client that leaves doesn't end its import.
-  const auto progress = [weak = std::weak_ptr<Connection>(connection), requestID](const auto& made) {
+  const auto progress = [weak = std::weak_ptr<Connection>(connection), requestID, run](const auto& made) {
+    const int count = made.results_size();
+    if (*run)
+      (*run)->Progress(made.done(), made.total(), count > 0 ? NameOf(made.results(count - 1).path()) : "");
     const std::shared_ptr<Connection> client = weak.lock();
     if (!client) return;
     wire::ServerMessage message;
@@ -111,9 +121,8 @@ uint32_t LibraryRequests::AddFiles(const std::shared_ptr<Connection>& connection
     *message.mutable_progress() = made;
     client->Send(message);
   };
-  const auto done = [this, weak = std::weak_ptr<Connection>(connection), requestID](
+  const auto done = [this, weak = std::weak_ptr<Connection>(connection), requestID, run](
                         const wire::AddFilesReply& totals, const std::vector<uint32_t>& newFonts) {
-    --mState.importsRunning;
     mState.log.Print("Files added: %u new, %u known, %u failed", totals.files_added(), totals.files_known(),
                      totals.files_failed());
     if (const std::shared_ptr<Connection> client = weak.lock()) {
@@ -122,14 +131,9 @@ uint32_t LibraryRequests::AddFiles(const std::shared_ptr<Connection>& connection
       *message.mutable_add_files() = totals;
       client->Send(message);
     }
-    for (size_t start = 0; start < newFonts.size(); start += kIDsPerEvent) {
-      wire::ServerMessage event;
-      const size_t end = std::min(newFonts.size(), start + kIDsPerEvent);
-      for (size_t i = start; i < end; ++i) event.mutable_library_changed()->add_font_ids(newFonts[i]);
-      mState.clients.Broadcast(event);
-    }
+    run->reset();
+    mState.sources->services.TellLibraryChanged(newFonts);
   };
-  ++mState.importsRunning;
   std::make_shared<LibraryImport>(mState.context, *mState.library, mState.readers, workgroup, progress, done)
       ->Start(paths);
   return codes::kSuccess;

@@ -55,11 +55,11 @@ bool SessionRequests::Handle(Connection& connection, const wire::ClientMessage& 
       reply.mutable_schema_in_sync()->set_in_sync(mState.vaultError != codes::kSchemaVersionMismatch);
       return true;
     case wire::ClientMessage::kStandalone:
-      reply.mutable_standalone()->set_standalone(true);
+      reply.mutable_standalone()->set_standalone(!mState.sources ||
+                                                 mState.sources->fontServer.IsStandalone());
       return true;
     case wire::ClientMessage::kLoggedIn:
-      // Standalone, there is nothing to log in to.
-      reply.mutable_logged_in()->set_logged_in(true);
+      reply.mutable_logged_in()->set_logged_in(!mState.sources || mState.sources->fontServer.IsLoggedIn());
       return true;
     case wire::ClientMessage::kVaultPath:
       reply.mutable_vault_path()->set_path(mState.paths.vault);

@@ -3,6 +3,11 @@
 #include "kiln/fonts/Vault.h"
 
 namespace kiln {
+namespace {
+
+constexpr int kFilesPerLook = 2000;
+
+}  // namespace
 
 LibraryWriter::LibraryWriter(Database& database, const KilnPaths& paths)
     : mPaths(paths),
@@ -34,6 +39,11 @@ LibraryWriter::LibraryWriter(Database& database, const KilnPaths& paths)
           database,
           "INSERT INTO workgroup_fonts (font_id, workgroup_id) VALUES (?, ?) ON CONFLICT DO NOTHING"),
       mRemoveFile(database, "DELETE FROM files WHERE id = ?"),
+      mOrphans(database,
+               "SELECT i.id, i.hash, i.extension, i.link IS NULL AND NOT EXISTS (SELECT 1 FROM fonts f"
+               " WHERE f.file_id = i.id AND (EXISTS (SELECT 1 FROM workgroup_fonts m WHERE m.font_id = f.id)"
+               " OR EXISTS (SELECT 1 FROM activations a WHERE a.font_id = f.id)))"
+               " FROM files i WHERE i.id > ? AND i.hash IS NOT NULL ORDER BY i.id LIMIT ?"),
       mSetDescribed(database, "UPDATE files SET described = 1, checksum = ? WHERE id = ?"),
       mSetMissing(database, "UPDATE files SET missing = ? WHERE id = ?"),
       mSetLink(database, "UPDATE files SET link = nullif(?, '') WHERE id = ?"),
@@ -109,6 +119,24 @@ bool LibraryWriter::PutInWorkgroup(uint32_t fontID, uint32_t workgroupID) {
 
 bool LibraryWriter::RemoveFile(int64_t fileID) {
   return mRemoveFile.Run(fileID);
+}
+
+std::vector<LibraryWriter::Orphan> LibraryWriter::Orphans(int64_t& after) {
+  std::vector<Orphan> orphans;
+  mOrphans.Start(after, kFilesPerLook);
+  int looked = 0;
+  while (mOrphans.Next()) {
+    ++looked;
+    after = mOrphans.Number(0);
+    if (mOrphans.Number(3) == 0) continue;
+    orphans.push_back({after, Vault::PathOf(mPaths, mOrphans.Text(1), mOrphans.Text(2)), {}});
+  }
+  if (looked < kFilesPerLook) after = 0;
+  for (Orphan& orphan : orphans) {
+    mFacesOfFile.Start(orphan.id);
+    while (mFacesOfFile.Next()) orphan.fontIDs.push_back(static_cast<uint32_t>(mFacesOfFile.Number(0)));
+  }
+  return orphans;
 }
 
 bool LibraryWriter::SetDescribed(int64_t fileID, uint32_t checksum) {

@@ -40,6 +40,15 @@ class LibraryWriter {
   /// With all its fonts.
   bool RemoveFile(int64_t fileID);
 
+  struct Orphan {
+    int64_t id = 0;
+    std::string path;  ///< in the vault
+    std::vector<uint32_t> fontIDs;
+  };
+  /// Vault files of which no workgroup holds a font and no font is active. Looks at some thousand files.
+  /// \param after  The file to begin behind, 0 at first; receives the last one looked at, 0 at the end.
+  std::vector<Orphan> Orphans(int64_t& after);
+
   /// Notes that all is known of a system file that reading it can tell.
   bool SetDescribed(int64_t fileID, uint32_t checksum);
   bool SetMissing(int64_t fileID, bool missing);
@@ -79,6 +88,7 @@ class LibraryWriter {
   Statement mPutFace;
   Statement mPutInWorkgroup;
   Statement mRemoveFile;
+  Statement mOrphans;
   Statement mSetDescribed;
   Statement mSetMissing;
   Statement mSetLink;

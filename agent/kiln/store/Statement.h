@@ -42,6 +42,15 @@ class Statement {
     return !mFailed;
   }
 
+  /// For a question whose one row is 0 or 1. False on failure.
+  template <class... Values>
+  bool Ask(const Values&... values) {
+    bool answer = false;
+    Start(values...);
+    while (Next()) answer = Number(0) != 0;
+    return answer;
+  }
+
   int64_t Number(int column) const;
   std::string Text(int column) const;
   bool IsNull(int column) const;
