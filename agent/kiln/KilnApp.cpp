@@ -81,9 +81,10 @@ int Serve(const Arguments& arguments, BoundedLog& log, const KilnPaths& paths) {
     log.Write("Kiln: another Kiln already serves this session");
     return kExitCantRun;
   }
+  boost::asio::io_context wire(1);
   boost::asio::io_context context(1);
   boost::asio::signal_set signals(context, SIGTERM, SIGINT);
-  Server server(context, paths, {ReaderBesideThis(), arguments.exitWhenIdleSeconds}, log);
+  Server server(context, wire, paths, {ReaderBesideThis(), arguments.exitWhenIdleSeconds}, log);
   if (const int error = server.Listen(SocketPath()))
     return Fail(log, "can't listen at '" + SocketPath() + "'", error);
   signals.async_wait([&server, &log](auto error, int signal) {

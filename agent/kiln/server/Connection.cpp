@@ -1,29 +1,51 @@
 #include "kiln/server/Connection.h"
 
+#include <poll.h>
+
+#include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
 #include <utility>
 
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
+namespace {
 
-Connection::Connection(Socket socket, pid_t pid, BoundedLog& log, OnMessage onMessage, OnClosed onClosed)
-    : mSocket(std::move(socket)),
+// What a client may have asked before it is read on.
+constexpr size_t kMostUnansweredBytes = kMaxFrameLength;
+// How much a message counts beside its text: many small ones are much work as well.
+constexpr size_t kMessageOverhead = kMostUnansweredBytes / 128;
+
+}  // namespace
+
+Connection::Connection(boost::asio::io_context& main, Socket socket, pid_t pid, BoundedLog& log,
+                       OnMessage onMessage, OnClosed onClosed)
+    : mMain(main),
+      mSocket(std::move(socket)),
       mPid(pid),
       mLog(log),
       mOnMessage(std::move(onMessage)),
       mOnClosed(std::move(onClosed)) {}
 
+template <class Step>
+void Connection::OnSocketThread(Step step) {
+  boost::asio::post(mSocket.get_executor(),
+                    [self = shared_from_this(), step = std::move(step)]() mutable { step(*self); });
+}
+
 void Connection::Start() {
-  Read();
+  OnSocketThread([](Connection& self) { self.Read(); });
 }
 
 void Connection::Read() {
+  if (std::exchange(mReading, true) || !mSocket.is_open()) return;
   mSocket.async_read_some(boost::asio::buffer(mBuffer),
                           [self = shared_from_this()](auto error, size_t count) {
-                            if (error) return self->Close();
+                            self->mReading = false;
+                            if (error) return self->End(nullptr);
                             self->mFrames.Append(self->mBuffer.data(), count);
-                            if (self->TakeFrames()) self->Read();
+                            if (!self->TakeFrames()) return;
+                            if (self->mUnansweredBytes < kMostUnansweredBytes) self->Read();
                           });
 }
 
@@ -35,23 +57,46 @@ bool Connection::TakeFrames() {
       case FrameReader::Result::kNeedMore:
         return true;
       case FrameReader::Result::kTooLong:
-        CloseFor("it announced a message that is too long");
+        End("it announced a message that is too long");
         return false;
       case FrameReader::Result::kFrame:
         break;
     }
     wire::ClientMessage message;
     if (!message.ParseFromArray(body.data(), static_cast<int>(body.size())) || message.id() == 0) {
-      CloseFor("it sent what is no message");
+      End("it sent what is no message");
       return false;
     }
-    mOnMessage(shared_from_this(), message);
+    Take(std::move(message), body.size() + kMessageOverhead);
   }
   return false;
 }
 
+void Connection::Take(wire::ClientMessage message, size_t size) {
+  if (message.has_ping() && saidHello) {
+    wire::ServerMessage reply;
+    reply.set_reply_to(message.id());
+    std::string frame;
+    AppendFrame(reply, frame);
+    return Enqueue(std::move(frame));
+  }
+  if (HasHungUp()) mPeerHasGone = true;
+  mUnansweredBytes += size;
+  boost::asio::post(mMain, [self = shared_from_this(), message = std::move(message), size] {
+    if (self->mOnClosed && !self->mMisbehaved) self->mOnMessage(self, message);
+    self->mUnansweredBytes -= size;
+    self->OnSocketThread([](Connection& here) {
+      if (here.mUnansweredBytes < kMostUnansweredBytes) here.Read();
+    });
+  });
+}
+
+bool Connection::HasHungUp() {
+  pollfd peer{mSocket.native_handle(), 0, 0};
+  return poll(&peer, 1, 0) > 0 && (peer.revents & POLLHUP) != 0;
+}
+
 void Connection::Send(const wire::ServerMessage& message) {
-  if (!mSocket.is_open()) return;
   std::string frame;
   if (!AppendFrame(message, frame)) {
     wire::ServerMessage refusal;
@@ -59,7 +104,12 @@ void Connection::Send(const wire::ServerMessage& message) {
     refusal.set_error(codes::kMessageTooLarge);
     AppendFrame(refusal, frame);
   }
-  if (mQueuedBytes + frame.size() > kMaxQueuedBytes) return CloseFor("it doesn't read what it is sent");
+  OnSocketThread([frame = std::move(frame)](Connection& self) mutable { self.Enqueue(std::move(frame)); });
+}
+
+void Connection::Enqueue(std::string frame) {
+  if (!mSocket.is_open()) return;
+  if (mQueuedBytes + frame.size() > kMaxQueuedBytes) return End("it doesn't read what it is sent");
   mQueuedBytes += frame.size();
   mQueue.push_back(std::move(frame));
   if (mQueue.size() == 1) Write();
@@ -68,29 +118,48 @@ void Connection::Send(const wire::ServerMessage& message) {
 void Connection::Write() {
   boost::asio::async_write(mSocket, boost::asio::buffer(mQueue.front()),
                            [self = shared_from_this()](auto error, size_t) {
-                             if (error) return self->Close();
+                             if (error) return self->End(nullptr);
                              self->mQueuedBytes -= self->mQueue.front().size();
                              self->mQueue.pop_front();
                              if (!self->mQueue.empty()) {
                                self->Write();
                              } else if (self->mCloseWhenSent) {
-                               self->Close();
+                               self->End(nullptr);
                              }
                            });
 }
 
 void Connection::SendRestAndClose() {
-  mCloseWhenSent = true;
-  if (mQueue.empty()) Close();
+  OnSocketThread([](Connection& self) {
+    self.mCloseWhenSent = true;
+    if (self.mQueue.empty()) self.End(nullptr);
+  });
+}
+
+// What a peer asked before it hung up is still done, but for one that is thrown out.
+void Connection::End(const char* reason) {
+  mPeerHasGone = true;
+  mMisbehaved = reason != nullptr;
+  boost::system::error_code ignored;
+  mSocket.close(ignored);
+  boost::asio::post(mMain, [self = shared_from_this(), reason] {
+    if (reason == nullptr) return self->Close();
+    self->CloseFor(reason);
+  });
 }
 
 void Connection::Close() {
-  boost::system::error_code ignored;
-  mSocket.close(ignored);
-  if (const OnClosed onClosed = std::exchange(mOnClosed, nullptr)) onClosed(shared_from_this());
+  const OnClosed onClosed = std::exchange(mOnClosed, nullptr);
+  if (!onClosed) return;
+  OnSocketThread([](Connection& self) {
+    boost::system::error_code ignored;
+    self.mSocket.close(ignored);
+  });
+  onClosed(shared_from_this());
 }
 
 void Connection::CloseFor(const char* reason) {
+  if (!mOnClosed) return;
   mLog.Print("The connection of process %d ('%s') was closed: %s", mPid, program.c_str(), reason);
   Close();
 }

@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <boost/asio/post.hpp>
 #include <boost/system/error_code.hpp>
+#include <exception>
 #include <utility>
 
 #include "protocol/ErrorCodes.h"
@@ -48,8 +50,11 @@ bool TellsMoreThanTheError(const wire::ServerMessage& reply) {
 
 }  // namespace
 
-Server::Server(asio::io_context& context, const KilnPaths& paths, Options options, BoundedLog& log)
+Server::Server(asio::io_context& context, asio::io_context& wire, const KilnPaths& paths, Options options,
+               BoundedLog& log)
     : mContext(context),
+      mWire(wire),
+      mWireStays(wire.get_executor()),
       mOptions(std::move(options)),
       mLog(log),
       mAcceptor(context),
@@ -61,12 +66,25 @@ Server::Server(asio::io_context& context, const KilnPaths& paths, Options option
       mActivation(mState),
       mLibrary(mState),
       mWorkgroups(mState),
-      mSets(mState) {}
+      mSets(mState) {
+  mWireThread = std::thread([this] { RunWire(); });
+}
 
 Server::~Server() {
   // Connections may outlive the server in handlers that are never called; they must not call back.
   for (const std::shared_ptr<Connection>& connection : std::set(mConnections)) connection->Close();
   if (!mSocketPath.empty()) unlink(mSocketPath.c_str());
+  mWire.stop();
+  mWireThread.join();
+}
+
+// What it throws ends Kiln, as it does on the main thread.
+void Server::RunWire() {
+  try {
+    mWire.run();
+  } catch (...) {
+    asio::post(mContext, [failure = std::current_exception()] { std::rethrow_exception(failure); });
+  }
 }
 
 int Server::Listen(const std::string& socketPath) {
@@ -92,13 +110,17 @@ void Server::OpenLibrary() {
     mState.sources = std::make_unique<LibrarySources>(mContext, *mState.library, mReaders, mLog,
                                                       [this](const auto& event) { Broadcast(event); });
     mState.sources->Resume();
+    mState.vaultWatch =
+        std::make_unique<VaultWatch>(mContext, *mState.library, mState.paths, mLog,
+                                     [this](const ActivationChange& change) { Announce(0, change); });
+    mState.vaultWatch->Start();
   }
   Accept();
   WatchIdle();
 }
 
 void Server::Accept() {
-  mAcceptor.async_accept([this](auto error, asio::local::stream_protocol::socket socket) {
+  mAcceptor.async_accept(mWire, [this](auto error, asio::local::stream_protocol::socket socket) {
     if (error == asio::error::operation_aborted || mStopping) return;
     if (!error) {
       Take(std::move(socket));
@@ -126,7 +148,7 @@ void Server::Take(asio::local::stream_protocol::socket socket) {
     return;
   }
   const auto connection = std::make_shared<Connection>(
-      std::move(socket), peer.pid, mLog,
+      mContext, std::move(socket), peer.pid, mLog,
       [this](const std::shared_ptr<Connection>& from, const wire::ClientMessage& message) {
         OnMessage(from, message);
       },
@@ -136,7 +158,12 @@ void Server::Take(asio::local::stream_protocol::socket socket) {
   connection->Start();
 }
 
+// What a client can't be told of it must not hold: it has given up waiting.
 void Server::OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message) {
+  if (connection->PeerHasGone() && (message.has_activate_fonts() || message.has_activate_document_fonts())) {
+    mLog.Print("'%s' (process %d) didn't wait for its fonts", connection->program.c_str(), connection->Pid());
+    return;
+  }
   if (message.body_case() != wire::ClientMessage::kPing &&
       message.body_case() != wire::ClientMessage::kStatus) {
     ++mState.requestCount;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/local/stream_protocol.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -7,6 +8,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "kiln/server/ActivationRequests.h"
@@ -21,7 +23,8 @@
 namespace kiln {
 
 /// Kiln at work: the socket, its clients, and the library behind them. All runs on the thread of the
-/// io_context.
+/// io_context, but for the bytes of the connections: they have a thread of their own, so that clients see a
+/// Kiln that works on something long as one that lives.
 class Server : public ClientHub {
  public:
   struct Options {
@@ -29,7 +32,10 @@ class Server : public ClientHub {
     int exitWhenIdleSeconds = 0;  ///< 0: never
   };
 
-  Server(boost::asio::io_context& context, const KilnPaths& paths, Options options, BoundedLog& log);
+  /// \param context  Outlives the server, and whoever made it runs it.
+  /// \param wire  For the connections; run by a thread of the server's. Outlives `context`.
+  Server(boost::asio::io_context& context, boost::asio::io_context& wire, const KilnPaths& paths,
+         Options options, BoundedLog& log);
   ~Server() override;
 
   /// Begins to listen on a socket that isn't there yet, for this user alone. From here on clients may
@@ -47,6 +53,7 @@ class Server : public ClientHub {
   size_t CountOfClients() const override;
 
  private:
+  void RunWire();
   void Accept();
   void Take(boost::asio::local::stream_protocol::socket socket);
   void OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
@@ -58,6 +65,9 @@ class Server : public ClientHub {
   void WatchIdle();
 
   boost::asio::io_context& mContext;
+  boost::asio::io_context& mWire;
+  boost::asio::executor_work_guard<boost::asio::io_context::executor_type> mWireStays;
+  std::thread mWireThread;
   const Options mOptions;
   BoundedLog& mLog;
   boost::asio::local::stream_protocol::acceptor mAcceptor;
