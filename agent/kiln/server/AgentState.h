@@ -8,6 +8,7 @@
 #include "kiln/fonts/FontLibrary.h"
 #include "kiln/fonts/FontReaderPool.h"
 #include "kiln/fonts/SystemFonts.h"
+#include "kiln/fonts/VaultWatch.h"
 #include "kiln/server/ClientHub.h"
 #include "kiln/sources/LibrarySources.h"
 #include "kiln/system/BoundedLog.h"
@@ -26,7 +27,8 @@ struct AgentState {
   std::unique_ptr<SystemFonts> systemFonts;
   std::unique_ptr<LibrarySources> sources;  ///< there with the library
   uint32_t vaultError = 0;
-  uint64_t requestCount = 0;  ///< pings and questions for the status left out
+  uint64_t requestCount = 0;                         ///< pings and questions for the status left out
+  std::unique_ptr<VaultWatch> vaultWatch = nullptr;  ///< there with the library
 };
 
 }  // namespace kiln

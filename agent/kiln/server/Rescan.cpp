@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "protocol/ErrorCodes.h"
+
 namespace kiln {
 namespace {
 
@@ -22,9 +24,20 @@ Rescan::Rescan(AgentState& state, const std::shared_ptr<Connection>& connection,
 
 void Rescan::Begin() {
   const auto partDone = [self = shared_from_this()](bool) { self->PartDone(); };
-  mParts = 2;
+  mParts = 3;
   mState.sources->google.Rescan(partDone);
   mState.sources->fontServer.Rescan(partDone);
+  mState.vaultWatch->Check(
+      [self = shared_from_this()](uint32_t done, uint32_t total) {
+        self->mProgress.set_done(done);
+        self->mProgress.set_total(total);
+        self->mRun->Progress(done, total, "");
+      },
+      [self = shared_from_this()](uint32_t error, uint32_t checked) {
+        self->mError = error;
+        self->mReply.set_files_checked(checked);
+        self->PartDone();
+      });
   Tick();
 }
 
@@ -43,7 +56,11 @@ void Rescan::PartDone() {
   if (--mParts > 0) return;
   mTimer.cancel();
   wire::ServerMessage message;
-  *message.mutable_rescan() = mReply;
+  message.set_error(mError);
+  if (mError == codes::kSuccess) {
+    for (const uint32_t font : mState.library->vaultFiles.MissingFonts()) mReply.add_missing_ids(font);
+    *message.mutable_rescan() = mReply;
+  }
   Send(std::move(message));
   mRun = nullptr;
 }

@@ -28,6 +28,7 @@ class Rescan : public std::enable_shared_from_this<Rescan> {
   std::unique_ptr<ReplicationBoard::Run> mRun;
   boost::asio::steady_timer mTimer;
   int mParts = 0;  // still at work
+  uint32_t mError = 0;
   wire::TaskProgress mProgress;
   wire::RescanReply mReply;
 };
