@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <stdexcept>
 
 #include "Activation/FontActivationTracker.h"
@@ -19,7 +18,7 @@ class FontActivationTrackerTest : public testing::Test {
                                      alreadyActive, identifier, nullptr);
   }
 
-  // The fonts that closing gives back, whichever way the manager is asked.
+  // The fonts that closing gives back.
   IDs Close(const std::string& identifier, bool deactivate = true, int expected = 0) {
     const auto deactivated = MakeArray();
     EXPECT_EQ(expected, tracker.CloseAllFontsForIdentifier(identifier, deactivate, deactivated.get()));
@@ -40,73 +39,35 @@ class FontActivationTrackerTest : public testing::Test {
   RetainPtr<CFMutableArrayRef> problems;
 };
 
-struct Registration {
-  unsigned int fontID;
-  const char* document;
-  bool alreadyActive;
-};
-
-struct CloseCase {
-  const char* name;
-  std::vector<Registration> registrations;
-  std::map<unsigned int, bool> clientStates;
-  std::vector<std::pair<const char*, IDs>> closes;  // document, what is given back at the agent
-  std::vector<IDs> oneByOne;                        // the same without an agent, where states play no part
-};
-
-void PrintTo(const CloseCase& row, std::ostream* out) {
-  *out << row.name;
-}
-
-class CloseRulesTest : public FontActivationTrackerTest, public testing::WithParamInterface<CloseCase> {};
-
-TEST_P(CloseRulesTest, AtTheAgent) {
-  manager.clientStates = GetParam().clientStates;
-  for (const Registration& r : GetParam().registrations) Register(r.fontID, r.document, r.alreadyActive);
-  for (const auto& [document, expected] : GetParam().closes) EXPECT_EQ(expected, Close(document)) << document;
-  EXPECT_EQ(GetParam().closes.size(), manager.deactivateCalls.size());
-  EXPECT_EQ(0, tracker.CloseAllFonts(true));
-  EXPECT_EQ(GetParam().closes.size(), manager.deactivateCalls.size()) << "a font was left behind";
-}
-
-TEST_P(CloseRulesTest, OneByOne) {
-  manager.agent = false;
-  manager.clientStates = GetParam().clientStates;
-  for (const Registration& r : GetParam().registrations) Register(r.fontID, r.document, r.alreadyActive);
-  for (size_t i = 0; i < GetParam().closes.size(); ++i) {
-    EXPECT_EQ(GetParam().oneByOne[i], Close(GetParam().closes[i].first));
+TEST_F(FontActivationTrackerTest, AFontIsGivenBackByRule) {
+  struct Registration {
+    unsigned int fontID;
+    const char* document;
+    bool alreadyActive = false;
+  };
+  const struct {
+    const char* name;
+    std::vector<Registration> registrations;
+    std::map<unsigned int, bool> clientStates;
+    std::vector<std::pair<const char*, IDs>> closes;  // document, what is given back
+  } kCases[] = {
+      {"with the last document", {{1, "a"}, {1, "b"}}, {}, {{"a", {}}, {"b", {1}}}},
+      {"not when it was active before", {{1, "a", true}, {2, "a"}}, {}, {{"a", {2}}}},
+      {"as its first registration says", {{1, "a"}, {1, "b", true}}, {}, {{"b", {}}, {"a", {1}}}},
+      {"not when the user has taken it over", {{1, "a"}, {2, "a"}}, {{1, false}, {2, true}}, {{"a", {2}}}},
+      {"once, also when registered twice", {{1, "a"}, {1, "a"}}, {}, {{"a", {1}}}},
+      {"in the order of registration", {{9, "a"}, {2, "a"}, {5, "a"}}, {}, {{"a", {9, 2, 5}}}},
+  };
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.name);
+    manager.clientStates = row.clientStates;
+    manager.deactivateCalls.clear();
+    for (const Registration& r : row.registrations) Register(r.fontID, r.document, r.alreadyActive);
+    for (const auto& [document, expected] : row.closes) EXPECT_EQ(expected, Close(document)) << document;
+    EXPECT_EQ(0, tracker.CloseAllFonts(true));
+    EXPECT_EQ(row.closes.size(), manager.deactivateCalls.size()) << "a font was left behind";
   }
-  const size_t before = manager.deactivateOneCalls.size();
-  tracker.CloseAllFonts(true);
-  EXPECT_EQ(before, manager.deactivateOneCalls.size()) << "a font was left behind";
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, CloseRulesTest,
-    testing::Values(
-        CloseCase{"LastDocumentGivesBack",
-                  {{1, "a", false}, {1, "b", false}},
-                  {},
-                  {{"a", {}}, {"b", {1}}},
-                  {{}, {1}}},
-        CloseCase{"ActiveBeforeStays", {{1, "a", true}, {2, "a", false}}, {}, {{"a", {2}}}, {{2}}},
-        CloseCase{"FirstRegistrationDecides",
-                  {{1, "a", false}, {1, "b", true}},
-                  {},
-                  {{"b", {}}, {"a", {1}}},
-                  {{}, {1}}},
-        CloseCase{"TakenOverByTheUserStays",
-                  {{1, "a", false}, {2, "a", false}},
-                  {{1, false}, {2, true}},
-                  {{"a", {2}}},
-                  {{1, 2}}},
-        CloseCase{"RegisteredTwiceCountsTwice", {{1, "a", false}, {1, "a", false}}, {}, {{"a", {1}}}, {{1}}},
-        CloseCase{"OrderOfRegistration",
-                  {{9, "a", false}, {2, "a", false}, {5, "a", false}},
-                  {},
-                  {{"a", {9, 2, 5}}},
-                  {{9, 2, 5}}}),
-    [](const auto& info) { return info.param.name; });
 
 TEST_F(FontActivationTrackerTest, TheAgentIsToldEvenWhenNothingGoes) {
   Register(1, "a", true);
@@ -253,25 +214,24 @@ TEST_F(FontActivationTrackerTest, ReentryDuringACloseChangesNothing) {
   EXPECT_EQ(2u, manager.deactivateCalls.size());
 }
 
-class ExceptionTest : public FontActivationTrackerTest, public testing::WithParamInterface<bool> {};
+TEST_F(FontActivationTrackerTest, AnExceptionPassesOnAndNothingIsLeftBehind) {
+  const auto throwing = [] { throw std::runtime_error("agent"); };
+  for (const bool agent : {true, false}) {
+    manager.agent = agent;
+    Register(1, "a");
+    manager.duringAgentCall = throwing;
+    EXPECT_THROW(tracker.CloseAllFontsForIdentifier("a", true, nullptr), std::runtime_error);
+    manager.duringAgentCall = nullptr;
+    EXPECT_EQ(IDs{}, Close("a"));
 
-TEST_P(ExceptionTest, PassesOnAndNothingIsLeftBehind) {
-  manager.agent = GetParam();
-  Register(1, "a");
-  manager.duringAgentCall = [] { throw std::runtime_error("agent"); };
-  EXPECT_THROW(tracker.CloseAllFontsForIdentifier("a", true, nullptr), std::runtime_error);
-  manager.duringAgentCall = nullptr;
-  EXPECT_EQ(IDs{}, Close("a"));
-
-  for (unsigned int fontID : {1, 2, 3}) Register(fontID, "a");
-  manager.duringAgentCall = [] { throw std::runtime_error("agent"); };
-  EXPECT_THROW(tracker.CloseAllFonts(true), std::runtime_error);
-  manager.duringAgentCall = nullptr;
-  EXPECT_EQ(0, tracker.CloseAllFonts(true));
-  EXPECT_TRUE(manager.deactivateCalls.empty());
+    for (unsigned int fontID : {1, 2, 3}) Register(fontID, "a");
+    manager.duringAgentCall = throwing;
+    EXPECT_THROW(tracker.CloseAllFonts(true), std::runtime_error);
+    manager.duringAgentCall = nullptr;
+    EXPECT_EQ(0, tracker.CloseAllFonts(true));
+    EXPECT_TRUE(manager.deactivateCalls.empty());
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(WithAndWithoutAgent, ExceptionTest, testing::Bool());
 
 TEST(UniqueIdentifierTest, IsOneByteWhenThereIsNoUUID) {
   FontActivationTracker::SetUUIDTextProcForTesting([](char*, CFIndex) { return false; });
