@@ -1,5 +1,6 @@
 #include "Activation/FontActivationTracker.h"
 #include "DocumentElement.h"
+#include "GStringUtils.h"
 #include "PlugInTest.h"
 
 namespace {
@@ -16,42 +17,34 @@ class DocumentElementTest : public PlugInTest {
   DocumentElement element;
 };
 
-struct UsedFontsCase {
-  const char* name;
-  InMemoryDocument::Family family;
-  Names expected;
-};
-
-class UsedFonts : public DocumentElementTest, public testing::WithParamInterface<UsedFontsCase> {};
-
-TEST_P(UsedFonts, AreNamedByPostScriptName) {
-  document.Use(GetParam().family);
-  EXPECT_EQ(UsedNames(), GetParam().expected);
+TEST_F(DocumentElementTest, UsedFontsAreNamedByPostScriptName) {
+  const struct {
+    const char *name, *family;
+    const char* faces;  // each with its PostScript name
+    const char *usedStyles, *expected;
+  } kCases[] = {
+      {"each style", "Acme", "Regular=Acme-Regular|Bold=Acme-Bold", "Bold|Regular", "Acme-Bold|Acme-Regular"},
+      {"no real name", "Acme Sans", "Bold=", "Bold", "AcmeSans|AcmeSans-Bold"},
+      {"no style takes every regular face", "Acme",
+       "Bold=Acme-Bold| Book =Acme-Book|Roman=Acme-Roman|R=Acme-R", "", "Acme-Book|Acme-Roman|Acme-R"},
+      {"a face named by blanks is regular", "Acme", "=Acme-Nameless|  =Acme-Blank|regular=Acme-lower", "",
+       "Acme-Blank"},
+      {"no faces", "Acme", "", "", "Acme|Acme-Regular"},
+      {"the host's own fonts are left out", "Minion", "Regular=MinionPro-Regular|Bold=Minion-Bold",
+       "Regular|Bold", "Minion-Bold"},
+  };
+  for (const auto& row : kCases) {
+    InMemoryDocument::Family family{row.family, {}, GStringUtils::Split(row.usedStyles, "|")};
+    if (family.usedStyles.empty()) family.usedStyles.emplace_back();
+    for (const std::string& face : GStringUtils::Split(row.faces, "|")) {
+      family.faces.push_back({face.substr(0, face.find('=')), face.substr(face.find('=') + 1)});
+    }
+    InMemoryDocument used("Used.idml");
+    used.Use(family);
+    element.SetUIDRef(used.Ref());
+    EXPECT_EQ(UsedNames(), GStringUtils::Split(row.expected, "|")) << row.name;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, UsedFonts,
-    testing::Values(
-        UsedFontsCase{"EachStyle",
-                      {"Acme", {{"Regular", "Acme-Regular"}, {"Bold", "Acme-Bold"}}, {"Bold", "Regular"}},
-                      {"Acme-Bold", "Acme-Regular"}},
-        UsedFontsCase{"NoRealName", {"Acme Sans", {{"Bold", ""}}, {"Bold"}}, {"AcmeSans", "AcmeSans-Bold"}},
-        UsedFontsCase{
-            "NoStyleTakesEveryRegularFace",
-            {"Acme",
-             {{"Bold", "Acme-Bold"}, {" Book ", "Acme-Book"}, {"Roman", "Acme-Roman"}, {"R", "Acme-R"}},
-             {""}},
-            {"Acme-Book", "Acme-Roman", "Acme-R"}},
-        UsedFontsCase{
-            "AFaceNamedByBlanksIsRegular",
-            {"Acme", {{"", "Acme-Nameless"}, {"  ", "Acme-Blank"}, {"regular", "Acme-lower"}}, {""}},
-            {"Acme-Blank"}},
-        UsedFontsCase{"NoFaces", {"Acme", {}, {""}}, {"Acme", "Acme-Regular"}},
-        UsedFontsCase{
-            "TheHostsOwnFontsAreLeftOut",
-            {"Minion", {{"Regular", "MinionPro-Regular"}, {"Bold", "Minion-Bold"}}, {"Regular", "Bold"}},
-            {"Minion-Bold"}}),
-    [](const auto& info) { return info.param.name; });
 
 TEST_F(DocumentElementTest, FontsInDocumentNeedsTheDocument) {
   document.Use("Acme", {{"Regular", "Acme-Regular"}});

@@ -45,7 +45,7 @@ class LoomEntriesTest : public testing::Test {
 };
 
 RetainPtr<CFMutableDictionaryRef> Font(const char* name) {
-  const auto font = MakeDictionary();
+  auto font = MakeDictionary();
   CFDictionarySetValue(font.get(), CFSTR("PostScriptName"), ToCFString(name).get());
   return font;
 }
@@ -187,6 +187,7 @@ TEST_F(LoomEntriesTest, WritesTheChosenReplacementIntoTheRecord) {
 
 TEST_F(LoomEntriesTest, TellsLongListsOfFontsInShort) {
   std::vector<RetainPtr<CFMutableDictionaryRef>> fonts;
+  fonts.reserve(25);
   for (int i = 0; i < 25; ++i) fonts.push_back(Font(("Font" + std::to_string(i)).c_str()));
   LoomShowMissingFonts(ToCFArray(fonts).get());
   EXPECT_TRUE(Shows("Font19\n  and 5 more\n"));

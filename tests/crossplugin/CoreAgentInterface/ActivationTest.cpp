@@ -180,10 +180,10 @@ class CollectTest : public ActivationTest {
  protected:
   CollectTest() { Connect(); }
 
-  int Collect(std::vector<unsigned int> ids) {
+  int Collect(const std::vector<unsigned int>& ids) {
     library.calls.clear();
     terminal.written.clear();
-    return agent->CollectFontsUsedByCurrentDocument("Flyer", "/d/Flyer.idml", Fonts(std::move(ids)).get());
+    return agent->CollectFontsUsedByCurrentDocument("Flyer", "/d/Flyer.idml", Fonts(ids).get());
   }
 
   FakeTerminal terminal;
