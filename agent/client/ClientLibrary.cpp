@@ -131,7 +131,8 @@ FacadeRef ClientLibrary::Facade() {
   if (mSession == nullptr) {
     mNotifications.Start();
     mSession = std::make_shared<Session>(
-        mClientUUID, [this](Connection::Incoming&& event) { mNotifications.Post(NotificationsOf(event)); });
+        mClientUUID, [this](Connection::Incoming&& event) { mNotifications.Post(NotificationsOf(event)); },
+        mWaitedInVain);
     ++mLastFacade;
   }
   return reinterpret_cast<FacadeRef>(mLastFacade);
@@ -147,6 +148,7 @@ void ClientLibrary::Reset() {
   {
     std::scoped_lock lock(mMutex);
     session = std::exchange(mSession, nullptr);
+    if (session != nullptr) mWaitedInVain = session->WaitedInVain();
   }
   if (session != nullptr) session->Drop();
 }

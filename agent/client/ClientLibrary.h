@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "client/NotificationCenter.h"
+#include "client/OwnActivations.h"
 #include "client/PluginInterface.h"
 #include "client/ProcessFonts.h"
 #include "client/Session.h"
@@ -41,6 +42,7 @@ class ClientLibrary {
 
   NotificationCenter& Notifications() { return mNotifications; }
   ProcessFonts& Fonts() { return mFonts; }
+  OwnActivations& Own() { return mOwn; }
 
  private:
   void PrepareProcess(const std::vector<Notification>& batch);
@@ -48,9 +50,11 @@ class ClientLibrary {
 
   const std::string mClientUUID;
   ProcessFonts mFonts;
+  OwnActivations mOwn;
   std::chrono::steady_clock::time_point mLastCheck;  // the notification thread's own
   NotificationCenter mNotifications;
   std::mutex mMutex;
   uintptr_t mLastFacade = 0;
   std::shared_ptr<Session> mSession;
+  Connection::Clock::time_point mWaitedInVain;  // by the session before
 };

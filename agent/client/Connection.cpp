@@ -151,7 +151,12 @@ TErrCode Connection::Await(uint32_t id, Clock::time_point start, const CallLimit
     }
     const auto silent = watched ? std::max(start, mLastHeard) + limit.silence : deadline;
     if (mBroken) return GAgentIF::kShutdown;
-    if (now >= std::min(deadline, silent)) return GIPCClient::kServiceUnavailable;
+    if (now >= std::min(deadline, silent)) {
+      lock.unlock();
+      // Work that nobody waits for must not be begun when the agent goes on.
+      if (watched) Break();
+      return GIPCClient::kServiceUnavailable;
+    }
     if (watched && now >= nextPing) {
       nextPing = now + kPingInterval;
       const uint32_t pingID = NewID();

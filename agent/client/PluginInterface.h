@@ -188,7 +188,8 @@ TALWORTH_EXPORT ErrCode RegisterForNotifications(FacadeRef, NotifyProc callback)
 /// called from a callback. Needs no agent and takes any facade. 0x07000000: it isn't registered.
 TALWORTH_EXPORT ErrCode UnregisterForNotifications(FacadeRef, NotifyProc callback);
 TALWORTH_EXPORT ErrCode GetCanActivateAcrossWorkgroupsColumnID(char* buffer, unsigned long size);  ///< 17
-/// 18. For each ID 1 when this process's own activation of the font stands, else 0.
+/// 18. For each ID 1 when this process's own activation of the font stands, else 0. Without an agent it tells
+/// what the agent said last.
 TALWORTH_EXPORT ErrCode GetClientFontActivationStates(unsigned long count, const unsigned int* fontIDs,
                                                       int* outStates);
 TALWORTH_EXPORT ErrCode GetDefaultLibraryName(char* buffer, unsigned long size);       ///< 19

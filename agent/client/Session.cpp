@@ -17,6 +17,8 @@ namespace {
 
 constexpr char kAgentName[] = "Kiln";
 constexpr std::chrono::milliseconds kRetryPause{20};
+// Of what is said on the way out.
+constexpr CallLimit kFarewellLimit{.answer = std::chrono::milliseconds{1000}};
 
 std::string ProgramName() {
   std::error_code error;
@@ -25,8 +27,9 @@ std::string ProgramName() {
 
 }  // namespace
 
-Session::Session(std::string clientUUID, Connection::EventSink events)
-    : mClientUUID(std::move(clientUUID)), mEvents(std::move(events)) {}
+Session::Session(std::string clientUUID, Connection::EventSink events,
+                 Connection::Clock::time_point waitedInVain)
+    : mClientUUID(std::move(clientUUID)), mEvents(std::move(events)), mWaitedInVain(waitedInVain) {}
 
 bool Session::IsAgentProcessRunning() {
   return std::ranges::any_of(platform::Processes::Get().ListSession(),
@@ -48,7 +51,7 @@ TErrCode Session::CallIfConnected(ClientMessage& request) {
   }
   if (connection == nullptr || !connection->IsOpen()) return CoreErrorCodes::kSuccess;
   Connection::Incoming reply;
-  return connection->Call(request, {}, reply);
+  return connection->Call(request, kFarewellLimit, reply);
 }
 
 void Session::SetLogFile(const std::string& fileName) {
@@ -89,7 +92,8 @@ std::shared_ptr<Connection> Session::Connected(TErrCode& code) {
 std::shared_ptr<Connection> Session::Connect(TErrCode& code) {
   using Clock = Connection::Clock;
   const auto now = Clock::now();
-  const bool again = mWaitedInVain != Clock::time_point() && now - mWaitedInVain < kShortWindowsLast;
+  const Clock::time_point before = mWaitedInVain;
+  const bool again = before != Clock::time_point() && now - before < kShortWindowsLast;
   const auto until = now + (again ? kShortWindow : kConnectWindow);
   const std::string path = kiln::SocketPath();
   while (!mDropped) {

@@ -29,7 +29,9 @@ class Session {
 
   /// \param clientUUID  Names this process to the agent.
   /// \param events  As Connection takes it; must outlive the session.
-  Session(std::string clientUUID, Connection::EventSink events);
+  /// \param waitedInVain  WaitedInVain() of the session before this one.
+  Session(std::string clientUUID, Connection::EventSink events,
+          Connection::Clock::time_point waitedInVain = {});
 
   /// Connects if need be and makes one request.
   ///
@@ -50,6 +52,9 @@ class Session {
   /// Ends all calls and the connection. Waits for the reading thread.
   void Drop();
 
+  /// When an agent's process was last there but didn't greet in time; the epoch for never.
+  Connection::Clock::time_point WaitedInVain() const { return mWaitedInVain; }
+
   /// Whether a process of the agent runs in this user session.
   static bool IsAgentProcessRunning();
 
@@ -62,8 +67,8 @@ class Session {
   const Connection::EventSink mEvents;
   std::atomic<int> mHostType = 0;
   std::atomic<bool> mDropped = false;
-  std::mutex mConnectMutex;                     // held while connecting, so that callers wait for one attempt
-  Connection::Clock::time_point mWaitedInVain;  // when last; with mConnectMutex
+  std::mutex mConnectMutex;  // held while connecting, so that callers wait for one attempt
+  std::atomic<Connection::Clock::time_point> mWaitedInVain;
   std::mutex mMutex;
   std::shared_ptr<Connection> mConnection;
   std::string mLogFile;

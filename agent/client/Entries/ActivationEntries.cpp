@@ -55,8 +55,10 @@ struct FontList {
   }
 };
 
-RetainPtr<CFMutableDictionaryRef> MatchedRecord(const kiln::wire::MatchedFont& match,
+// `broughtIn`: it wasn't active before, whatever the agent says after an answer that got lost.
+RetainPtr<CFMutableDictionaryRef> MatchedRecord(kiln::wire::MatchedFont& match, bool broughtIn,
                                                 CFDictionaryRef requested) {
+  if (broughtIn) match.mutable_font()->set_state(kiln::wire::ACTIVATION_INACTIVE);
   auto record = FontRecords::MakeRecord(match.font());
   FontRecords::PutMeaningOfState(record.get(), match.font().state());
   // The agent doesn't see which parts of the document use the font; the record says it on.
@@ -73,6 +75,17 @@ RetainPtr<CFMutableDictionaryRef> ProblemRecord(CFDictionaryRef requested) {
   return record;
 }
 
+template <typename Fonts, typename FontOf>
+std::vector<bool> TakeAnswer(Session& session, const Fonts& fonts, FontOf fontOf) {
+  std::vector<OwnActivations::Answered> answered;
+  for (const auto& font : fonts) answered.push_back({fontOf(font).id(), fontOf(font).state()});
+  return ClientLibrary::Get().Own().TakeAnswer(session, answered);
+}
+
+void NoteLostAnswer(ErrCode code) {
+  if (EntryGuard::IsUnreachable(code)) ClientLibrary::Get().Own().LoseAnswer();
+}
+
 ErrCode Activate(Session& session, unsigned long count, const unsigned int* fontIDs,
                  kiln::wire::ActivationMode mode, Connection::Incoming& reply,
                  std::vector<unsigned int>& unseen) {
@@ -81,12 +94,15 @@ ErrCode Activate(Session& session, unsigned long count, const unsigned int* font
   body.set_mode(mode);
   if (const ErrCode code = EntryGuard::ReadIDs(fontIDs, count, *body.mutable_font_ids())) return code;
   const ErrCode code = session.Call(request, reply, EntryGuard::kWorkLimit);
+  NoteLostAnswer(code);
   if (!reply.message.has_activate_fonts()) {
     return code == CoreErrorCodes::kSuccess ? GKVMessageDataHandler::kInvalidMessage : code;
   }
   std::vector<ProcessFonts::Font> visible;
   const bool local = mode == kiln::wire::MODE_AUTO_LOCAL;
   for (const auto& font : reply.message.activate_fonts().fonts()) AppendForProcess(font, local, visible);
+  TakeAnswer(
+      session, reply.message.activate_fonts().fonts(), [](const auto& font) -> const auto& { return font; });
   unseen = ClientLibrary::Get().Fonts().Activate(visible, reply.order);
   return code;
 }
@@ -103,6 +119,7 @@ ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long co
   }
   const auto& gone = reply.message.deactivate_fonts().deactivated_ids();
   const auto& released = reply.message.deactivate_fonts().released_ids();
+  ClientLibrary::Get().Own().Release({fontIDs, count});
   ClientLibrary::Get().Fonts().Deactivate({gone.begin(), gone.end()}, {released.begin(), released.end()});
   return CoreErrorCodes::kSuccess;
 }
@@ -162,13 +179,19 @@ ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayR
     Connection::Incoming reply;
     if (const ErrCode code = EntryGuard::Ask(
             session, request, reply, &ServerMessage::has_activate_document_fonts, EntryGuard::kWorkLimit)) {
+      NoteLostAnswer(code);
       return code;
     }
-    const auto& answer = reply.message.activate_document_fonts();
+    auto& answer = *reply.message.mutable_activate_document_fonts();
+    const std::vector<bool> broughtIn = TakeAnswer(
+        session, answer.matched(), [](const auto& match) -> const auto& { return match.font(); });
     std::vector<ProcessFonts::Font> visible;
-    for (const auto& match : answer.matched()) {
+    for (int i = 0; i < answer.matched_size(); ++i) {
+      auto& match = *answer.mutable_matched(i);
       if (match.request_index() >= list.records.size() || match.font().id() == 0) continue;
-      CFArrayAppendValue(outMatched, MatchedRecord(match, list.records[match.request_index()].get()).get());
+      CFDictionaryRef requested = list.records[match.request_index()].get();
+      CFArrayAppendValue(outMatched,
+                         MatchedRecord(match, broughtIn[static_cast<size_t>(i)], requested).get());
       AppendForProcess(match.font(), false, visible);
     }
     ClientLibrary::Get().Fonts().Activate(visible, reply.order);

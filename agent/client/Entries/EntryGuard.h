@@ -17,6 +17,11 @@
 /// with a facade begin by finding its session.
 namespace EntryGuard {
 
+/// The agent has gone or doesn't answer.
+inline bool IsUnreachable(ErrCode code) {
+  return code == GIPCClient::kServiceUnavailable || code == GAgentIF::kShutdown;
+}
+
 /// Runs the body of an entry and turns what it throws into a code.
 template <typename Body>
 ErrCode Run(Body&& body) noexcept {
@@ -40,9 +45,10 @@ ErrCode RunInSession(FacadeRef facade, Body&& body) noexcept {
   });
 }
 
-/// For requests at which the agent links, copies or deletes files. It does one thing at a time.
+/// For requests at which the agent links, copies or deletes files. It does one thing at a time, but it
+/// answers pings meanwhile: a silence says that it is stopped or dead.
 inline constexpr CallLimit kWorkLimit{.answer = std::chrono::milliseconds{60000},
-                                      .silence = std::chrono::milliseconds{15000}};
+                                      .silence = std::chrono::milliseconds{4000}};
 
 /// Makes a request whose answer is a code alone.
 ErrCode Order(Session& session, kiln::wire::ClientMessage& request, const CallLimit& limit = kWorkLimit);

@@ -116,7 +116,11 @@ ErrCode GetClientFontActivationStates(unsigned long count, const unsigned int* f
     Connection::Incoming reply;
     if (const ErrCode code =
             EntryGuard::Ask(session, request, reply, &ServerMessage::has_client_activation_states)) {
-      return code;
+      if (!EntryGuard::IsUnreachable(code)) return code;
+      // What this process holds it must be able to give back once the agent is there again.
+      std::transform(fontIDs, fontIDs + count, outStates,
+                     [](unsigned int id) { return ClientLibrary::Get().Own().Holds(id) ? 1 : 0; });
+      return CoreErrorCodes::kSuccess;
     }
     const auto& answer = reply.message.client_activation_states();
     if (static_cast<unsigned long>(answer.activated_size()) != count) {

@@ -3,6 +3,7 @@
 #include "client/Entries/EntryGuard.h"
 #include "client/PluginInterface.h"
 
+using EntryGuard::IsUnreachable;
 using kiln::wire::ClientMessage;
 using kiln::wire::ServerMessage;
 
@@ -16,10 +17,6 @@ ErrCode Ping(Session& session) {
   request.mutable_ping();
   Connection::Incoming reply;
   return session.Call(request, reply, kPingLimit);
-}
-
-bool IsUnreachable(ErrCode code) {
-  return code == GIPCClient::kServiceUnavailable || code == GAgentIF::kShutdown;
 }
 
 }  // namespace
