@@ -1,6 +1,7 @@
 #include "FakeAgent.h"
 
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -11,6 +12,15 @@
 #include "protocol/Framing.h"
 #include "protocol/SocketPath.h"
 #include "protocol/Version.h"
+
+namespace {
+
+ino_t FileNumber(const std::string& path) {
+  struct stat file {};
+  return stat(path.c_str(), &file) == 0 ? file.st_ino : 0;
+}
+
+}  // namespace
 
 FakeAgent::FakeAgent(Answer answer) : m_answer(std::move(answer)) {
   m_behaviour = [this](int socket) { Serve(socket); };
@@ -33,6 +43,7 @@ void FakeAgent::Listen() {
       listen(m_listener, 16) != 0) {
     throw std::runtime_error("Can't listen at " + path);
   }
+  m_socketFile = FileNumber(path);
   m_acceptor = std::thread([this] {
     for (int socket = 0; (socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
       std::scoped_lock lock(m_mutex);
@@ -45,7 +56,8 @@ void FakeAgent::Listen() {
 }
 
 FakeAgent::~FakeAgent() {
-  unlink(kiln::SocketPath().c_str());
+  // A Kiln may have put its own in the place.
+  if (FileNumber(kiln::SocketPath()) == m_socketFile) unlink(kiln::SocketPath().c_str());
   shutdown(m_listener, SHUT_RDWR);
   m_acceptor.join();
   close(m_listener);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <functional>
 #include <map>
@@ -53,6 +55,7 @@ class FakeAgent {
   Answer m_answer;
   Behaviour m_behaviour;
   int m_listener = -1;
+  ino_t m_socketFile = 0;
   std::thread m_acceptor;
   mutable std::mutex m_mutex;
   std::map<int, std::thread> m_connections;
