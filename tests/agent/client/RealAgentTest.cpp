@@ -12,6 +12,7 @@
 
 #include "FontHome.h"
 #include "GErrorCodes.h"
+#include "GFileSystem.h"
 #include "Memory/CFVector.h"
 #include "XCFUtils.h"
 #include "client/LibraryInterface.h"
@@ -26,24 +27,26 @@ using XCFUtils::GetStringFromDict;
 
 const std::string kKiln = HORNBEAM_STAGE "/lib/hornbeam/Kiln/Kiln";
 
-std::atomic<int> sActivated = 0;
-std::atomic<int> sDeactivated = 0;
+std::atomic<int> sHeard[32];
 
 int Count(int kind, void*) {
-  if (kind == kNotification_FontActivated) ++sActivated;
-  if (kind == kNotification_FontDeactivated) ++sDeactivated;
+  ++sHeard[kind];
   return 0;
 }
 
 class RealAgentTest : public testing::Test {
  protected:
   RealAgentTest() {
+    for (auto& count : sHeard) count = 0;
     StartKiln();
     // The process is there at once; the first call waits until it listens.
     EXPECT_EQ(InitAppInstance(Facade(), 4, 0), CoreErrorCodes::kSuccess);
     EXPECT_EQ(InitThreadInstance(Facade()), CoreErrorCodes::kSuccess);
   }
-  ~RealAgentTest() override { CleanUpOnShutdown(Facade()); }
+  ~RealAgentTest() override {
+    CleanUpOnShutdown(Facade());
+    UnregisterForNotifications(nullptr, &Count);
+  }
 
   static FacadeRef Facade() { return GetPluginFacadeInstance(); }
   void StartKiln() { m_kiln = std::make_unique<ProgramRun>(kKiln, std::vector<std::string>{}); }
@@ -53,9 +56,7 @@ class RealAgentTest : public testing::Test {
     const auto results = MakeArray();
     ASSERT_EQ(KilnLibraryAddPaths(Facade(), 0, ToCFArray(paths).get(), nullptr, nullptr, results.get()),
               CoreErrorCodes::kSuccess);
-    for (const auto& result : ToVector<CFDictionaryRef>(results.get())) {
-      m_statuses += GetStringFromDict(result.get(), CFSTR("status")) + " ";
-    }
+    m_statuses = Values(results, CFSTR("status"));
   }
 
   // What a plug-in does for a document: a font's ID by name, "" when it isn't matched.
@@ -71,12 +72,22 @@ class RealAgentTest : public testing::Test {
     EXPECT_EQ(ActivateDocumentFontsByPath(Facade(), "/d.idml", fonts.get(), true, false, true, true, 0,
                                           matched.get(), problems.get()),
               CoreErrorCodes::kSuccess);
+    m_problems = Values(problems, RecordKeys::kPostScriptName);
     std::string ids;
     for (const auto& record : ToVector<CFDictionaryRef>(matched.get())) {
       ids += GetStringFromDict(record.get(), RecordKeys::kDatabaseID) + ":" +
              GetStringFromDict(record.get(), RecordKeys::kIsActive) + " ";
     }
     return ids;
+  }
+
+  unsigned int IDOf(const std::string& name) {
+    unsigned int id = 0;
+    unsigned int count = 0;
+    EXPECT_EQ(GetFontsByPostscriptName(Facade(), name.c_str(), nullptr, 0, &id, 1, &count),
+              CoreErrorCodes::kSuccess);
+    EXPECT_EQ(count, 1u);
+    return id;
   }
 
   static bool OtherProgramsSee(const std::string& name) {
@@ -88,17 +99,28 @@ class RealAgentTest : public testing::Test {
   static void WaitUntil(const Condition& condition) {
     while (!condition()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
+  static void WaitForNotification(int kind) {
+    WaitUntil([kind] { return sHeard[kind] > 0; });
+  }
+  // The values of a key in all records of a list.
+  static std::string Values(const RetainPtr<CFMutableArrayRef>& records, CFStringRef key) {
+    std::string values;
+    for (const auto& record : ToVector<CFDictionaryRef>(records.get())) {
+      values += GetStringFromDict(record.get(), key) + " ";
+    }
+    return values;
+  }
 
   FontHome m_fonts;
   PrivateHome& m_home = m_fonts.home;
   std::unique_ptr<ProgramRun> m_kiln;
   std::string m_statuses;
+  std::string m_problems;
 };
 
 TEST_F(RealAgentTest, FontsOfADocumentComeAndGo) {
   AddFonts({Font(0).file, Font(1).file, m_home.Folder().Write("text.ttf", "no font")});
   EXPECT_EQ(m_statuses, "added added failed ");
-  sActivated = sDeactivated = 0;
   ASSERT_EQ(RegisterForNotifications(Facade(), &Count), CoreErrorCodes::kSuccess);
 
   const std::string first = OpenDocument({Font(0).postScriptName, "Missing-Regular"});
@@ -117,17 +139,13 @@ TEST_F(RealAgentTest, FontsOfADocumentComeAndGo) {
   EXPECT_EQ(state, 0);
   WaitUntil([&] { return !FontHome::IsNameVisible(Font(0).postScriptName); });
   EXPECT_FALSE(OtherProgramsSee(Font(0).postScriptName));
-  WaitUntil([] { return sActivated == 1 && sDeactivated == 1; });
-  EXPECT_EQ(UnregisterForNotifications(Facade(), &Count), CoreErrorCodes::kSuccess);
+  WaitForNotification(kNotification_FontActivated);
+  WaitForNotification(kNotification_FontDeactivated);
 }
 
 TEST_F(RealAgentTest, APreviewIsForThisProcessAlone) {
   AddFonts({Font(0).file});
-  unsigned int id = 0;
-  unsigned int count = 0;
-  ASSERT_EQ(GetFontsByPostscriptName(Facade(), Font(0).postScriptName.c_str(), nullptr, 0, &id, 1, &count),
-            CoreErrorCodes::kSuccess);
-  ASSERT_EQ(count, 1u);
+  const unsigned int id = IDOf(Font(0).postScriptName);
   EXPECT_EQ(PreviewActivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
   EXPECT_TRUE(FontHome::IsNameVisible(Font(0).postScriptName));
   EXPECT_FALSE(OtherProgramsSee(Font(0).postScriptName));
@@ -138,10 +156,7 @@ TEST_F(RealAgentTest, APreviewIsForThisProcessAlone) {
 TEST_F(RealAgentTest, WhatAnotherClientDoesIsSeenHereToo) {
   AddFonts({Font(0).file});
   const std::string& name = Font(0).postScriptName;
-  unsigned int id = 0;
-  unsigned int count = 0;
-  ASSERT_EQ(GetFontsByPostscriptName(Facade(), name.c_str(), nullptr, 0, &id, 1, &count),
-            CoreErrorCodes::kSuccess);
+  const unsigned int id = IDOf(name);
   Session other("11111111-2222-3333-4444-555555555555", [](auto&&) {});
   kiln::wire::ClientMessage request;
   Connection::Incoming reply;
@@ -200,6 +215,151 @@ TEST_F(RealAgentTest, QueriesAnswerWithRecordsOfStrings) {
   EXPECT_EQ(SaveDocumentFonts(Facade(), "/d.idml", "InDesign", "id", fonts.get()), CoreErrorCodes::kSuccess);
 }
 
+TEST_F(RealAgentTest, LibrariesAndTheirSetsAreMadeAndChanged) {
+  AddFonts({Font(0).file});
+  AddFonts({Font(1).file});  // has the higher ID
+  const unsigned int ids[] = {IDOf(Font(0).postScriptName), IDOf(Font(1).postScriptName)};
+  unsigned int mine = 0;
+  unsigned int system = 0;
+  int set = 0;
+  ASSERT_EQ(KilnLibraryCreateWorkgroup(Facade(), "Mine", &mine), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(KilnLibraryCreateWorkgroup(Facade(), "Mine", &mine), CoreErrorCodes::kItemAlreadyExists);
+  EXPECT_EQ(KilnLibraryChangeWorkgroupFonts(Facade(), mine, 2, ids, false, nullptr),
+            CoreErrorCodes::kSuccess);
+  EXPECT_EQ(KilnLibraryRenameWorkgroup(Facade(), mine, "Ours"), CoreErrorCodes::kSuccess);
+  ASSERT_EQ(GetSystemWorkgroupID(Facade(), &system), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(CreateTopLevelSet(Facade(), &set, "S", int(system), 0, 0, 0, nullptr),
+            GOspreySetManager::kCannotAddSetsToSystemWorkgroup);
+  EXPECT_EQ(CreateTopLevelSet(Facade(), &set, "S", -2, 0, 0, 1, ids), GOspreySetManager::kWorkgroupNotFound);
+  ASSERT_EQ(CreateTopLevelSet(Facade(), &set, "S", int(mine), 0, 0, 1, ids), CoreErrorCodes::kSuccess);
+  const auto setID = static_cast<unsigned int>(set);
+  EXPECT_EQ(AddFontsToSets(Facade(), 2, ids, 1, &setID), CoreErrorCodes::kSuccess);
+  const auto sets = MakeArray();
+  ASSERT_EQ(KilnLibraryListSets(Facade(), sets.get()), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(Values(sets, RecordKeys::kSetName) + Values(sets, RecordKeys::kWorkgroupName), "S Ours ");
+  const auto* first = dynamicCF<CFDictionaryRef>(CFArrayGetValueAtIndex(sets.get(), 0));
+  const auto* fonts = dynamicCF<CFArrayRef>(CFDictionaryGetValue(first, RecordKeys::kFontIDs));
+  EXPECT_EQ(ToStringVector(fonts),
+            (std::vector<std::string>{std::to_string(ids[0]), std::to_string(ids[1])}));
+  EXPECT_EQ(KilnLibraryDeleteSet(Facade(), setID), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(KilnLibraryDeleteSet(Facade(), setID), GOspreySetManager::kSetNotFound);
+
+  // A font that is active stays when it is taken out of its last library.
+  OpenDocument({Font(0).postScriptName});
+  const auto kept = MakeArray();
+  EXPECT_EQ(KilnLibraryChangeWorkgroupFonts(Facade(), mine, 1, ids, true, nullptr), CoreErrorCodes::kSuccess);
+  const auto workgroups = MakeArray();
+  ASSERT_EQ(KilnLibraryListWorkgroups(Facade(), workgroups.get()), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(Values(workgroups, RecordKeys::kFontCount), "2 0 1 ");
+  const unsigned int library = 1;
+  EXPECT_EQ(KilnLibraryChangeWorkgroupFonts(Facade(), library, 1, ids, true, kept.get()),
+            CoreErrorCodes::kSuccess);
+  EXPECT_EQ(ToStringVector(kept.get()), std::vector<std::string>{std::to_string(ids[0])});
+  EXPECT_EQ(KilnLibraryDeleteWorkgroup(Facade(), mine), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(KilnLibraryDeactivateFonts(Facade(), 2, ids), CoreErrorCodes::kSuccess);
+  EXPECT_FALSE(FontHome::IsNameVisible(Font(0).postScriptName));
+}
+
+TEST_F(RealAgentTest, AFontsFamilyAndItsConflictsAreFoundAndItsFileIsExported) {
+  FontBuilder twin;
+  twin.postScriptName = Font(0).postScriptName;
+  twin.version = "Version 2.000";
+  AddFonts({Font(0).file});
+  const unsigned int id = IDOf(Font(0).postScriptName);
+  AddFonts({Font(1).file});
+  AddFonts({m_home.Folder().Write("files/Twin.ttf", twin.TrueType())});
+  OpenDocument({twin.postScriptName});  // the newer one
+  unsigned int conflict = 0;
+  EXPECT_EQ(GetFontConflicts(Facade(), 1, &id, &conflict), CoreErrorCodes::kSuccess);
+  EXPECT_NE(conflict, 0u);
+  EXPECT_NE(conflict, id);
+  const auto font = MakeDictionary();
+  XCFUtils::PutULongIntoDictAsString(font.get(), RecordKeys::kDatabaseID, id);
+  const auto family = MakeArray();
+  EXPECT_EQ(FindFontsInSameFamilyForActivation(font.get(), nullptr, 0, family.get()),
+            CoreErrorCodes::kSuccess);
+  EXPECT_EQ(Values(family, RecordKeys::kPostScriptName), "Testa-Regular Testa-Italic Testa-Regular ");
+  EXPECT_EQ(Values(family, RecordKeys::kActivationStatus), "0 0 1 ");
+
+  const std::string folder = m_home.Folder().Path("new/fonts");
+  int allowed = 7;
+  EXPECT_EQ(CanExportFonts(Facade(), 1, &id, &allowed), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(allowed, 1);
+  EXPECT_EQ(ExportFonts(Facade(), 1, &id, folder.c_str(), 0, 0), CoreErrorCodes::kSuccess);
+  const unsigned int wanted[] = {id, 0xFFFFFFFF};
+  const auto results = MakeArray();
+  EXPECT_EQ(KilnLibraryExportFonts(Facade(), 2, wanted, folder.c_str(), nullptr, nullptr, results.get()),
+            GOspreyExportFonts::kCouldNotCopyFile);
+  EXPECT_EQ(Values(results, CFSTR("path")), folder + "/Testa-Regular 2.ttf  ");
+  EXPECT_EQ(Values(results, CFSTR("message")), " There is no such font. ");
+}
+
+TEST_F(RealAgentTest, RefusedFontsAreToldWhileTheOthersComeUp) {
+  AddFonts({Font(0).file, Font(1).file});
+  const unsigned int ids[] = {IDOf(Font(0).postScriptName), IDOf(Font(1).postScriptName)};
+  ASSERT_EQ(RegisterForNotifications(Facade(), &Count), CoreErrorCodes::kSuccess);
+  ASSERT_EQ(KilnLibrarySetRefused(Facade(), 1, 1, ids, true), CoreErrorCodes::kSuccess);
+  unsigned int refused = 0;
+  unsigned int count = 0;
+  EXPECT_EQ(ActivateFonts(Facade(), 2, ids, nullptr, 1, 1, 1, 0, 1, nullptr, &refused, nullptr, &count),
+            GOspreyAssetManager::kLicenseComplianceViolation);
+  EXPECT_EQ(count, 1u);
+  EXPECT_EQ(refused, ids[0]);
+  EXPECT_TRUE(FontHome::IsNameVisible(Font(1).postScriptName));
+  EXPECT_EQ(PreviewActivateFonts(Facade(), 2, ids, 0), GOspreyAssetManager::kLicenseComplianceViolation);
+  const std::string opened = OpenDocument({Font(0).postScriptName, Font(1).postScriptName});
+  EXPECT_EQ(opened, std::to_string(ids[1]) + ":1 ");
+  EXPECT_EQ(m_problems, Font(0).postScriptName + " ");
+  WaitForNotification(kNotification_DesignActivationNonCompliant);
+  EXPECT_FALSE(FontHome::IsNameVisible(Font(0).postScriptName));
+}
+
+TEST_F(RealAgentTest, GoogleFontsAndAServersComeFromFolders) {
+  ASSERT_EQ(RegisterForNotifications(Facade(), &Count), CoreErrorCodes::kSuccess);
+  const auto& home = m_home.Folder();
+  EXPECT_EQ(SetGoogleWebFontsEnabled(Facade(), 1), CoreErrorCodes::kInvalidParam);
+  EXPECT_EQ(KilnLibrarySetGoogle(Facade(), true, "/nowhere"), GFileSystem::kDirectoryNotFound);
+  EXPECT_EQ(CanAccessGoogleFonts(Facade()), 0);
+  ASSERT_EQ(KilnLibrarySetGoogle(Facade(), true, home.Path("files").c_str()), CoreErrorCodes::kSuccess);
+  for (int kind : {kNotification_GoogleWebFontsEnabled, kNotification_GoogleReplicationProgress,
+                   kNotification_GoogleReplicationStopped}) {
+    WaitForNotification(kind);
+  }
+  EXPECT_EQ(CanAccessGoogleFonts(Facade()), 1);
+  const auto google = MakeArray();
+  EXPECT_EQ(GetGoogleFonts(Facade(), google.get()), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(CFArrayGetCount(google.get()), 3);
+  const auto report = MakeDictionary();
+  EXPECT_EQ(KilnLibraryRescan(Facade(), nullptr, nullptr, report.get()), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(GetStringFromDict(report.get(), CFSTR("filesChecked")), "3");
+  EXPECT_EQ(SetGoogleWebFontsEnabled(Facade(), 0), CoreErrorCodes::kSuccess);
+  int enabled = 7;
+  EXPECT_EQ(GetIsGoogleWebFontsEnabled(Facade(), &enabled), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(enabled, 0);
+
+  home.Write("server/server.conf", "users = anna\nserver-type = 3\n");
+  home.Write("server/Press/a.ttf", FontBuilder().TrueType());
+  const std::string server = home.Path("server");
+  EXPECT_EQ(KilnLibraryLogIn(Facade(), "/nowhere", "anna"), GFontServerProxy::kFailedToConnect);
+  EXPECT_EQ(KilnLibraryLogIn(Facade(), server.c_str(), "ben"), GFontServerProxy::kSignInFailed);
+  ASSERT_EQ(KilnLibraryLogIn(Facade(), server.c_str(), "anna"), CoreErrorCodes::kSuccess);
+  for (int kind : {kNotification_LoggedInStateChanged, kNotification_WorkgroupsChanged,
+                   kNotification_BulkReplicationStopped}) {
+    WaitForNotification(kind);
+  }
+  const auto state = MakeDictionary();
+  EXPECT_EQ(KilnLibraryServerState(Facade(), state.get()), CoreErrorCodes::kSuccess);
+  std::string told;
+  for (CFStringRef key : {CFSTR("standalone"), CFSTR("loggedIn"), CFSTR("online"), CFSTR("server"),
+                          CFSTR("user"), CFSTR("serverType")}) {
+    told += GetStringFromDict(state.get(), key) + " ";
+  }
+  EXPECT_EQ(told, "0 1 1 " + server + " anna 3 ");
+  EXPECT_EQ(KilnLibraryLogOut(Facade(), false), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(KilnLibraryLogOut(Facade(), false), GOspreyServerFacade::kNotLoggedIn);
+  EXPECT_EQ(KilnLibraryLogOut(Facade(), true), CoreErrorCodes::kSuccess);
+}
+
 TEST_F(RealAgentTest, AKilledAgentIsToldAndTheNextOneKnowsTheFonts) {
   AddFonts({Font(0).file});
   const std::string ids = OpenDocument({Font(0).postScriptName});
@@ -223,7 +383,10 @@ TEST_F(RealAgentTest, AStoppedAgentIsNotWaitedForForLong) {
   AddFonts({Font(0).file});
   m_kiln->Signal(SIGSTOP);
   int running = 7;
-  EXPECT_EQ(GetIsCoreAgentProcessRunning(Facade(), &running), GIPCClient::kServiceUnavailable);
+  WaitUntil([&] {  // the signal is on its way
+    running = 7;
+    return GetIsCoreAgentProcessRunning(Facade(), &running) == GIPCClient::kServiceUnavailable;
+  });
   EXPECT_EQ(running, 7);
   m_kiln->Signal(SIGCONT);
   EXPECT_EQ(GetIsCoreAgentProcessRunning(Facade(), &running), CoreErrorCodes::kSuccess);
