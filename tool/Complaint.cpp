@@ -7,25 +7,43 @@
 
 namespace {
 
-// What the codes mean that a user can do something about; the others have their names.
-std::string MeaningOf(unsigned int code) {
-  switch (code) {
-    case GIPCClient::kServiceUnavailable:
-      return "Kiln runs, but doesn't answer";
-    case GAgentIF::kShutdown:
-      return "Kiln has ended in between";
-    case CoreErrorCodes::kVersionMismatch:
-      return "the Kiln that runs is of another version";
-    case GSqliteDatabaseConnMgr::kSchemaVersionMismatch:
-      return "the library's database was made by a newer Kiln, and is left as it is";
-    case GOspreySdk::kInvalidVault:
-      return "the library's database or vault can't be used; Kiln.log says why";
-    case GOspreySdk::kVaultInUse:
-      return "another Kiln uses this library";
-    default:
-      return GetNameForErrorCode(code);
-  }
-}
+struct Meaning {
+  unsigned int code;
+  const char* sentence;
+};
+
+// Of the codes that a user can do something about; the others have their names.
+constexpr Meaning kMeanings[] = {
+    {GIPCClient::kServiceUnavailable, "Kiln runs, but doesn't answer"},
+    {GAgentIF::kShutdown, "Kiln has ended in between"},
+    {CoreErrorCodes::kVersionMismatch, "the Kiln that runs is of another version"},
+    {CoreErrorCodes::kNotInitialized, "the Kiln that runs is of another version"},
+    {GSqliteDatabaseConnMgr::kSchemaVersionMismatch,
+     "the library's database was made by a newer Kiln, and is left as it is"},
+    {GOspreySdk::kInvalidVault, "the library's database or vault can't be used; Kiln.log says why"},
+    {GOspreySdk::kVaultInUse, "another Kiln uses this library"},
+    {CoreErrorCodes::kInvalidParam, "a name is empty, too long or not UTF-8 text"},
+    {CoreErrorCodes::kItemAlreadyExists, "there is one of that name"},
+    {GFileSystemCodes::kDirectoryNotFound, "there is no such folder"},
+    {GFileSystemCodes::kDiskFull, "the disk is full"},
+    {GOspreySetManager::kWorkgroupNotFound, "there is no such library"},
+    {GOspreyWorkgroupManager::kRestrictedWorkgroup, "this library isn't yours to change"},
+    {GOspreyDataFacade::kCannotAddSystemFontsToWorkgroup, "fonts of the system can't be put into a library"},
+    {GOspreySetManager::kSetNotFound, "there is no such set; hornbeam library sets lists them"},
+    {GOspreySetManager::kCannotAddSetsToSystemWorkgroup, "there can't be sets of the system's fonts"},
+    {GOspreyDataFacade::kCannotAddSystemFontsToSet, "fonts of the system can't be in a set"},
+    {GOspreyFontManager::kFontNotInSourceContainer, "a font isn't in the set's library"},
+    {GOspreyExportFonts::kNotGrantedPermissionToExportFonts,
+     "the library's administrator doesn't allow copying a font out of it"},
+    {GOspreyExportFonts::kCouldNotCreateFolder, "the folder could not be made"},
+    {GOspreyExportFonts::kCannotWriteToDestinationFolder, "the folder can't be written to"},
+    {GOspreyExportFonts::kNoAvailableFontsToExport, "the fonts' files are missing"},
+    {GOspreyExportFonts::kCouldNotCopyFile, "a file could not be copied"},
+    {GFontServerProxy::kFailedToConnect, "the folder can't be read, or holds no server.conf"},
+    {GFontServerProxy::kSignInFailed, "the server doesn't know the user"},
+    {GOspreyServerFacade::kAlreadyLoggedIn, "somebody is logged in; hornbeam library logout first"},
+    {GOspreyServerFacade::kNotLoggedIn, "nobody is logged in"},
+};
 
 }  // namespace
 
@@ -34,6 +52,10 @@ void Complain(const std::string& text) {
 }
 
 void ComplainOfCode(const std::string& text, unsigned int code) {
-  std::fprintf(stderr, "hornbeam: %s: %s (0x%08X)\n", PrintableText(text).c_str(), MeaningOf(code).c_str(),
-               code);
+  for (const Meaning& meaning : kMeanings) {
+    if (meaning.code == code) return Complain(text + ": " + meaning.sentence);
+  }
+  char number[sizeof(" (0x00000000)")];
+  std::snprintf(number, sizeof(number), " (0x%08X)", code);
+  Complain(text + ": " + GetNameForErrorCode(code) + number);
 }

@@ -91,6 +91,10 @@ class ParallelReading {
 }  // namespace
 
 int RunFonts(const FontsOptions& options) {
+  if (options.files.empty() && options.folder.empty()) {
+    Complain("FILE or -r FOLDER is required");
+    return kTrouble;
+  }
   std::vector<std::string> files = options.files;
   bool trouble = !options.folder.empty() && !ListFolder(options.folder, files);
   bool found = false;

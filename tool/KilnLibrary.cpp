@@ -5,6 +5,9 @@
 
 namespace {
 
+// Among the agent's raw states.
+constexpr unsigned long kMissingState = 7;
+
 std::string Text(CFDictionaryRef dictionary, const char* key) {
   return XCFUtils::GetStringFromDict(dictionary, ToCFString(key).get());
 }
@@ -59,6 +62,7 @@ ErrCode KilnLibrary::ListFonts(std::vector<Font>& outFonts) const {
     font.kind = Text(record.get(), "FontKind");
     font.version = Text(record.get(), "Version");
     font.active = Text(record.get(), "IsActive") == "1";
+    font.missing = Number(record.get(), "ActivationStatus") == kMissingState;
     outFonts.push_back(std::move(font));
   }
   return 0;

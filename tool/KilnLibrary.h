@@ -26,6 +26,7 @@ class KilnLibrary {
     std::string kind;
     std::string version;
     bool active = false;
+    bool missing = false;  ///< its file has gone
   };
 
   /// What Kiln says of itself.

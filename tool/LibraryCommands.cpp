@@ -2,31 +2,34 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "Complaint.h"
 #include "ExitCodes.h"
 #include "JsonText.h"
 #include "KilnLibrary.h"
+#include "PathText.h"
+#include "PlugInLogic.h"
 #include "ProgressLine.h"
 #include "Utf8Text.h"
+#include "Workgroups.h"
 
 namespace {
 
-void ShowProgress(unsigned long done, unsigned long total, const char*, void* context) {
-  static_cast<ProgressLine*>(context)->Show(done, total);
-}
-
-// Kiln reads paths in its own working directory.
 std::vector<std::string> AbsolutePaths(const std::vector<std::string>& paths) {
   std::vector<std::string> absolute;
-  for (const std::string& path : paths) {
-    std::error_code error;
-    const std::filesystem::path full = std::filesystem::absolute(path, error);
-    absolute.push_back(error ? path : full.lexically_normal().string());
-  }
+  absolute.reserve(paths.size());
+  for (const std::string& path : paths) absolute.push_back(AbsolutePath(path));
   return absolute;
+}
+
+// Kiln's ID of a library that the user names.
+bool FindLibrary(const KilnConnection& kiln, const std::string& nameOrID, unsigned int& outID) {
+  const std::unique_ptr<PlugInLogic> logic = PlugInLogic::Start(kiln);
+  const std::optional<Workgroups> workgroups = logic ? Workgroups::Read(kiln, *logic) : std::nullopt;
+  const Workgroup* library = workgroups ? workgroups->FindOne(nameOrID) : nullptr;
+  if (library) outID = library->AgentID();
+  return library != nullptr;
 }
 
 size_t CountStatus(const std::vector<KilnLibrary::FileResult>& results, const char* status) {
@@ -35,7 +38,8 @@ size_t CountStatus(const std::vector<KilnLibrary::FileResult>& results, const ch
 }
 
 void PrintFont(const KilnLibrary::Font& font) {
-  std::printf("%6lu  %-8s  %-36s %-10s %-12s %s, %s\n", font.databaseID, font.active ? "active" : "",
+  const char* const state = font.active ? "active" : font.missing ? "missing" : "";
+  std::printf("%6lu  %-8s  %-36s %-10s %-12s %s, %s\n", font.databaseID, state,
               PrintableText(font.postScriptName).c_str(), PrintableText(font.kind).c_str(),
               PrintableText(font.version).c_str(), PrintableText(font.family).c_str(),
               PrintableText(font.style).c_str());
@@ -51,6 +55,7 @@ void PrintFontAsJson(const KilnLibrary::Font& font) {
   json.Key("kind").String(font.kind);
   json.Key("version").String(font.version);
   json.Key("active").Boolean(font.active);
+  json.Key("missing").Boolean(font.missing);
   json.EndObject();
   std::puts(json.Text().c_str());
 }
@@ -60,11 +65,14 @@ void PrintFontAsJson(const KilnLibrary::Font& font) {
 int RunLibraryAdd(const LibraryAddOptions& options) {
   const std::unique_ptr<KilnConnection> kiln = KilnConnection::Open();
   if (!kiln) return kExitFailed;
+  unsigned int workgroupID = 0;
+  if (!options.library.empty() && !FindLibrary(*kiln, options.library, workgroupID)) return kExitFailed;
   std::vector<KilnLibrary::FileResult> results;
   ErrCode code = 0;
   {
     ProgressLine progress("Adding");
-    code = KilnLibrary(*kiln).AddPaths(0, AbsolutePaths(options.paths), ShowProgress, &progress, results);
+    code = KilnLibrary(*kiln).AddPaths(workgroupID, AbsolutePaths(options.paths), &ProgressLine::Report,
+                                       &progress, results);
   }
   if (code != 0) {
     ComplainOfCode("the fonts could not be added", code);

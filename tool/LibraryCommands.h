@@ -8,6 +8,7 @@
 
 struct LibraryAddOptions {
   std::vector<std::string> paths;
+  std::string library;  ///< name or ID; empty for the first one
 };
 int RunLibraryAdd(const LibraryAddOptions& options);
 

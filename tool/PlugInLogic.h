@@ -9,8 +9,7 @@
 /// preferences that it keeps. Connecting settles the selected library by the plug-in's rules, as opening a
 /// document does.
 ///
-/// One at a time, and one a process. The connection must outlive it and isn't to be used after it. Thread:
-/// main.
+/// One a process. The connection must outlive it. Thread: main.
 class PlugInLogic {
  public:
   /// \return Null when Kiln has no usable library or doesn't fit; standard error says so.

@@ -18,3 +18,7 @@ void ProgressLine::Show(unsigned long done, unsigned long total) {
   std::fflush(stderr);
   m_shown = true;
 }
+
+void ProgressLine::Report(unsigned long done, unsigned long total, const char*, void* progressLine) {
+  static_cast<ProgressLine*>(progressLine)->Show(done, total);
+}

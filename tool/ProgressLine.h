@@ -14,6 +14,9 @@ class ProgressLine {
 
   void Show(unsigned long done, unsigned long total);
 
+  /// The same for calls to the agent; `progressLine` is one.
+  static void Report(unsigned long done, unsigned long total, const char* path, void* progressLine);
+
  private:
   const std::string m_title;
   const bool m_visible;

@@ -6,11 +6,24 @@
 #include "ExitCodes.h"
 #include "JsonText.h"
 #include "KilnLibrary.h"
+#include "ServerState.h"
 #include "Utf8Text.h"
 
 namespace {
 
-void PrintRunning(const KilnLibrary::Status& status, bool asJson) {
+std::string EditionText(const ServerState& state) {
+  if (state.isStandalone) return "stands alone";
+  std::string text = "font server " + PrintableText(state.server);
+  if (!state.isLoggedIn) return text + "; nobody is logged in";
+  return text + ", " + PrintableText(state.user) + " is logged in, " +
+         (state.isOnline ? "online" : "offline");
+}
+
+std::string GoogleText(const ServerState& state) {
+  return state.isGoogleOn ? "on, from " + PrintableText(state.googleFolder) : "off";
+}
+
+void PrintRunning(const KilnLibrary::Status& status, const ServerState& state, bool asJson) {
   if (asJson) {
     JsonText json;
     json.BeginObject();
@@ -21,6 +34,14 @@ void PrintRunning(const KilnLibrary::Status& status, bool asJson) {
     json.Key("fonts").Integer(static_cast<long long>(status.fontCount));
     json.Key("activeFonts").Integer(static_cast<long long>(status.activeFontCount));
     json.Key("requests").Integer(static_cast<long long>(status.requestCount));
+    json.Key("standalone").Boolean(state.isStandalone);
+    json.Key("server").String(state.server);
+    json.Key("user").String(state.user);
+    json.Key("loggedIn").Boolean(state.isLoggedIn);
+    json.Key("online").Boolean(state.isOnline);
+    json.Key("google").Boolean(state.isGoogleOn);
+    json.Key("googleFolder").String(state.googleFolder);
+    json.Key("takingOver").Boolean(state.isTakingOver);
     json.EndObject();
     std::puts(json.Text().c_str());
     return;
@@ -29,6 +50,9 @@ void PrintRunning(const KilnLibrary::Status& status, bool asJson) {
   std::printf("Vault:  %s\n", PrintableText(status.vaultPath).c_str());
   std::printf("Fonts:  %lu in the library, %lu active\n", status.fontCount, status.activeFontCount);
   std::printf("Asked:  %lu requests since it started\n", status.requestCount);
+  std::printf("Server: %s\n", EditionText(state).c_str());
+  std::printf("Google: %s\n", GoogleText(state).c_str());
+  if (state.isTakingOver) std::puts("Fonts are on their way.");
 }
 
 void PrintNotRunning(bool asJson) {
@@ -50,8 +74,11 @@ int RunStatus(const StatusOptions& options) {
     ComplainOfCode("Kiln doesn't say how it is", code);
     return kExitFailed;
   }
-  PrintRunning(status, options.json);
-  if (status.vaultStatus == 0) return kExitOk;
+  ServerState state;
+  const ErrCode serverCode = status.vaultStatus == 0 ? ServerState::Read(*kiln, state) : 0;
+  PrintRunning(status, state, options.json);
+  if (serverCode != 0) ComplainOfCode("Kiln doesn't say where it takes fonts from", serverCode);
+  if (status.vaultStatus == 0) return serverCode == 0 ? kExitOk : kExitFailed;
   ComplainOfCode("Kiln has no library", status.vaultStatus);
   return kExitFailed;
 }

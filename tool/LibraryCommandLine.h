@@ -1,0 +1,6 @@
+#pragma once
+
+#include "CommandBinding.h"
+
+/// Adds `hornbeam library` and all that lies below it.
+void AddLibraryCommands(CLI::App& app, CommandToRun& run);
