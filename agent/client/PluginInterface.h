@@ -22,8 +22,9 @@
 ///
 /// Codes: 0 is success; the others are the shared 32-bit codes (GErrorCodes.h). Every entry may give
 ///   - 0x0300100E: the agent isn't there or doesn't answer in time. A call waits 5 s for its answer; one that
-///     changes what is active or what the library holds waits 60 s, but no more than 15 s for an agent that
-///     says nothing at all. Counts that the agent sends meanwhile begin the 60 s anew.
+///     changes what is active or what the library holds waits 60 s, but no more than 4 s for an agent that
+///     says nothing at all, and ends the connection then. Counts that the agent sends meanwhile begin the 60
+///     s anew.
 ///   - 0x0200200D: the connection broke under the call, or the facade is a dropped one.
 ///   - 0x0E000000: the agent speaks another version of the protocol.
 ///   - 0x05000000, 0x04000000: a pointer that must be set is null; another argument has no sense or its text
