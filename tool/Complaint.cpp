@@ -22,7 +22,7 @@ constexpr Meaning kMeanings[] = {
      "the library's database was made by a newer Kiln, and is left as it is"},
     {GOspreySdk::kInvalidVault, "the library's database or vault can't be used; Kiln.log says why"},
     {GOspreySdk::kVaultInUse, "another Kiln uses this library"},
-    {CoreErrorCodes::kInvalidParam, "a name is empty, too long or not UTF-8 text"},
+    {CoreErrorCodes::kInvalidParam, "a name or path is empty, too long or not UTF-8 text"},
     {CoreErrorCodes::kItemAlreadyExists, "there is one of that name"},
     {GFileSystemCodes::kDirectoryNotFound, "there is no such folder"},
     {GFileSystemCodes::kDiskFull, "the disk is full"},

@@ -33,6 +33,11 @@ RetainPtr<CFDictionaryRef> GlyphMarkOf(CFDictionaryRef font) {
   return record;
 }
 
+// As GetGlyphMarkData() tells.
+bool CanBeLookedUp(const std::string& name) {
+  return !name.empty() && name.size() < 128 && ToCFString(name);
+}
+
 // The status of the lookup; a name that nobody has is no failure.
 int FindMatch(FontManagerInterface& manager, const MatchOptions& options, Match& match) {
   const RetainPtr<CFMutableDictionaryRef> request = MakeRequest(match.name, options);
@@ -71,7 +76,9 @@ int RunMatch(const MatchOptions& options) {
     const std::string text = options.json ? MatchAsJson(match) : found ? MatchAsText(match) : "";
     std::fwrite(text.data(), 1, text.size(), stdout);
     if (found) continue;
-    Complain(name + (status == 0 ? ": not found" : ": Kiln couldn't be asked, or the name is too long"));
+    Complain(name + (status == 0           ? ": not found"
+                     : CanBeLookedUp(name) ? ": Kiln couldn't be asked"
+                                           : ": no font can have this name"));
     exitCode = kExitFailed;
   }
   return exitCode;

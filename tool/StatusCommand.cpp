@@ -23,7 +23,25 @@ std::string GoogleText(const ServerState& state) {
   return state.isGoogleOn ? "on, from " + PrintableText(state.googleFolder) : "off";
 }
 
-void PrintRunning(const KilnLibrary::Status& status, const ServerState& state, bool asJson) {
+void AddStateToJson(const ServerState& state, JsonText& json) {
+  json.Key("standalone").Boolean(state.isStandalone);
+  json.Key("server").String(state.server);
+  json.Key("user").String(state.user);
+  json.Key("loggedIn").Boolean(state.isLoggedIn);
+  json.Key("online").Boolean(state.isOnline);
+  json.Key("google").Boolean(state.isGoogleOn);
+  json.Key("googleFolder").String(state.googleFolder);
+  json.Key("takingOver").Boolean(state.isTakingOver);
+}
+
+void PrintState(const ServerState& state) {
+  std::printf("Server: %s\n", EditionText(state).c_str());
+  std::printf("Google: %s\n", GoogleText(state).c_str());
+  if (state.isTakingOver) std::puts("Fonts are on their way.");
+}
+
+// Without a library there is no state.
+void PrintRunning(const KilnLibrary::Status& status, const ServerState* state, bool asJson) {
   if (asJson) {
     JsonText json;
     json.BeginObject();
@@ -34,14 +52,7 @@ void PrintRunning(const KilnLibrary::Status& status, const ServerState& state, b
     json.Key("fonts").Integer(static_cast<long long>(status.fontCount));
     json.Key("activeFonts").Integer(static_cast<long long>(status.activeFontCount));
     json.Key("requests").Integer(static_cast<long long>(status.requestCount));
-    json.Key("standalone").Boolean(state.isStandalone);
-    json.Key("server").String(state.server);
-    json.Key("user").String(state.user);
-    json.Key("loggedIn").Boolean(state.isLoggedIn);
-    json.Key("online").Boolean(state.isOnline);
-    json.Key("google").Boolean(state.isGoogleOn);
-    json.Key("googleFolder").String(state.googleFolder);
-    json.Key("takingOver").Boolean(state.isTakingOver);
+    if (state) AddStateToJson(*state, json);
     json.EndObject();
     std::puts(json.Text().c_str());
     return;
@@ -50,9 +61,7 @@ void PrintRunning(const KilnLibrary::Status& status, const ServerState& state, b
   std::printf("Vault:  %s\n", PrintableText(status.vaultPath).c_str());
   std::printf("Fonts:  %lu in the library, %lu active\n", status.fontCount, status.activeFontCount);
   std::printf("Asked:  %lu requests since it started\n", status.requestCount);
-  std::printf("Server: %s\n", EditionText(state).c_str());
-  std::printf("Google: %s\n", GoogleText(state).c_str());
-  if (state.isTakingOver) std::puts("Fonts are on their way.");
+  if (state) PrintState(*state);
 }
 
 void PrintNotRunning(bool asJson) {
@@ -74,11 +83,12 @@ int RunStatus(const StatusOptions& options) {
     ComplainOfCode("Kiln doesn't say how it is", code);
     return kExitFailed;
   }
+  ErrCode code = status.vaultStatus;
   ServerState state;
-  const ErrCode serverCode = status.vaultStatus == 0 ? ServerState::Read(*kiln, state) : 0;
-  PrintRunning(status, state, options.json);
-  if (serverCode != 0) ComplainOfCode("Kiln doesn't say where it takes fonts from", serverCode);
-  if (status.vaultStatus == 0) return serverCode == 0 ? kExitOk : kExitFailed;
-  ComplainOfCode("Kiln has no library", status.vaultStatus);
+  if (code == 0) code = ServerState::Read(*kiln, state);
+  PrintRunning(status, code == 0 ? &state : nullptr, options.json);
+  if (code == 0) return kExitOk;
+  ComplainOfCode(status.vaultStatus != 0 ? "Kiln has no library" : "Kiln doesn't say where fonts come from",
+                 code);
   return kExitFailed;
 }
