@@ -19,7 +19,7 @@ namespace kiln {
 namespace {
 
 constexpr size_t kLongestName = 255;  // bytes
-constexpr size_t kChunk = 256 * 1024;
+constexpr size_t kChunk = size_t{256} * 1024;
 constexpr mode_t kAsTheUserHasIt = 0666;
 constexpr const char* kMetricsExtension = ".afm";
 
