@@ -92,7 +92,7 @@ class NotificationCenterTest : public testing::Test {
                               [] { return std::chrono::seconds(0); }};
 };
 
-TEST_F(NotificationCenterTest, DeliversInOrderWithTheDataOfTheKind) {
+TEST_F(NotificationCenterTest, EventsAreSeenInOrderBeforeReceiversHearOfThem) {
   m_center.Register(&Record);
   m_center.Post({{kNotification_FontActivated, 7u}, {kNotification_FontDeactivated, 8u}});
   m_center.Post({{kNotification_AgentShutdown}});

@@ -47,41 +47,26 @@ TEST_F(SessionTest, WaitsForAnAgentThatIsStarting) {
   EXPECT_EQ(ping.get(), CoreErrorCodes::kSuccess);
 }
 
-struct GreetingCase {
-  const char* name;
-  FakeAgent::Behaviour behaviour;
-  TErrCode code;
-};
-
-class Greeting : public SessionTest, public testing::WithParamInterface<GreetingCase> {};
-
-TEST_P(Greeting, DecidesWhetherThereIsAnAgent) {
-  auto agent = FakeAgent::Misbehaving(GetParam().behaviour);
-  EXPECT_EQ(Ping(), GetParam().code);
+TEST_F(SessionTest, WithoutASoundGreetingThereIsNoAgent) {
+  const auto greet = [](uint32_t version) {
+    return [version](int socket) {
+      FakeAgent::Request request;
+      if (!FakeAgent::ReceiveFrame(socket, request)) return;
+      auto reply = FakeAgent::ReplyTo(request.id());
+      if (version != 0) reply.mutable_hello()->set_protocol_version(version);
+      FakeAgent::SendFrame(socket, reply);
+    };
+  };
+  const std::pair<FakeAgent::Behaviour, TErrCode> cases[] = {
+      {greet(kiln::kProtocolVersion + 1), CoreErrorCodes::kVersionMismatch},
+      {greet(0), CoreErrorCodes::kVersionMismatch},
+      {[](int) {}, GIPCClient::kServiceUnavailable},
+      {FakeAgent::Drain, GIPCClient::kServiceUnavailable}};
+  for (const auto& [behaviour, code] : cases) {
+    auto agent = FakeAgent::Misbehaving(behaviour);
+    EXPECT_EQ(Ping(), code);
+  }
 }
-
-void AnswerHello(int socket, uint32_t error, uint32_t version) {
-  FakeAgent::Request request;
-  if (!FakeAgent::ReceiveFrame(socket, request)) return;
-  auto reply = FakeAgent::ReplyTo(request.id());
-  reply.set_error(error);
-  if (version != 0) reply.mutable_hello()->set_protocol_version(version);
-  FakeAgent::SendFrame(socket, reply);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Peers, Greeting,
-    testing::Values(GreetingCase{"RefusesTheVersion",
-                                 [](int socket) { AnswerHello(socket, CoreErrorCodes::kVersionMismatch, 0); },
-                                 CoreErrorCodes::kVersionMismatch},
-                    GreetingCase{"SpeaksAnotherVersion",
-                                 [](int socket) { AnswerHello(socket, 0, kiln::kProtocolVersion + 1); },
-                                 CoreErrorCodes::kVersionMismatch},
-                    GreetingCase{"HasNoVersion", [](int socket) { AnswerHello(socket, 0, 0); },
-                                 CoreErrorCodes::kVersionMismatch},
-                    GreetingCase{"ClosesAtOnce", [](int) {}, GIPCClient::kServiceUnavailable},
-                    GreetingCase{"Hangs", FakeAgent::Drain, GIPCClient::kServiceUnavailable}),
-    [](const auto& info) { return info.param.name; });
 
 TEST_F(SessionTest, AnAgentOnItsWayOutIsFollowedByTheNext) {
   RunAgentProcess();
