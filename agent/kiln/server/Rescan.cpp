@@ -23,28 +23,19 @@ Rescan::Rescan(AgentState& state, const std::shared_ptr<Connection>& connection,
       mTimer(state.context) {}
 
 void Rescan::Begin() {
-  const auto partDone = [self = shared_from_this()](bool) { self->PartDone(); };
-  mParts = 3;
-  mState.sources->google.Rescan(partDone);
-  mState.sources->fontServer.Rescan(partDone);
   mState.vaultWatch->Check(
       [self = shared_from_this()](uint32_t done, uint32_t total) {
         self->mProgress.set_done(done);
         self->mProgress.set_total(total);
-        self->mRun->Progress(done, total, "");
       },
-      [self = shared_from_this()](uint32_t error, uint32_t checked) {
-        self->mError = error;
-        self->mReply.set_files_checked(checked);
-        self->PartDone();
-      });
+      [self = shared_from_this()](uint32_t error, uint32_t checked) { self->ReadFolders(error, checked); });
   Tick();
 }
 
 void Rescan::Tick() {
   mTimer.expires_after(kTick);
   mTimer.async_wait([self = shared_from_this()](auto error) {
-    if (error || self->mParts == 0) return;
+    if (error || self->mEnded) return;
     wire::ServerMessage message;
     *message.mutable_task_progress() = self->mProgress;
     self->Send(std::move(message));
@@ -52,13 +43,26 @@ void Rescan::Tick() {
   });
 }
 
-void Rescan::PartDone() {
-  if (--mParts > 0) return;
+void Rescan::ReadFolders(uint32_t error, uint32_t checked) {
+  if (error != codes::kSuccess) return End(error);
+  mReply.set_files_checked(checked);
+  const auto done = [self = shared_from_this()](bool) { self->FolderDone(); };
+  mFolders = 2;
+  mState.sources->google.Rescan(done);
+  mState.sources->fontServer.Rescan(done);
+}
+
+void Rescan::FolderDone() {
+  if (--mFolders == 0) End(codes::kSuccess);
+}
+
+void Rescan::End(uint32_t error) {
+  mEnded = true;
   mTimer.cancel();
   wire::ServerMessage message;
-  message.set_error(mError);
-  if (mError == codes::kSuccess) {
-    for (const uint32_t font : mState.library->vaultFiles.MissingFonts()) mReply.add_missing_ids(font);
+  message.set_error(error);
+  if (error == codes::kSuccess) {
+    for (const uint32_t id : mState.library->vaultFiles.MissingFonts()) mReply.add_missing_ids(id);
     *message.mutable_rescan() = mReply;
   }
   Send(std::move(message));

@@ -8,8 +8,8 @@
 
 namespace kiln {
 
-/// One RescanRequest at work. It answers by itself, with progress once a second; a client that leaves doesn't
-/// end it.
+/// One RescanRequest at work: first the vault, then the folders, which may have again what the vault has
+/// lost. It answers by itself, with progress once a second; a client that leaves doesn't end it.
 class Rescan : public std::enable_shared_from_this<Rescan> {
  public:
   static void Start(AgentState& state, const std::shared_ptr<Connection>& connection, uint32_t requestID);
@@ -19,7 +19,9 @@ class Rescan : public std::enable_shared_from_this<Rescan> {
  private:
   void Begin();
   void Tick();
-  void PartDone();
+  void ReadFolders(uint32_t error, uint32_t checked);
+  void FolderDone();
+  void End(uint32_t error);
   void Send(wire::ServerMessage message) const;
 
   AgentState& mState;
@@ -27,7 +29,8 @@ class Rescan : public std::enable_shared_from_this<Rescan> {
   const uint32_t mRequestID;
   std::unique_ptr<ReplicationBoard::Run> mRun;
   boost::asio::steady_timer mTimer;
-  int mParts = 0;  // still at work
+  int mFolders = 0;  // still being read
+  bool mEnded = false;
   uint32_t mError = 0;
   wire::TaskProgress mProgress;
   wire::RescanReply mReply;

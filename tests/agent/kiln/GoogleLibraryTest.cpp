@@ -79,17 +79,24 @@ TEST_F(GoogleLibraryTest, SurvivesKilnAndSeesWhatChangedMeanwhile) {
   EXPECT_TRUE(State().accessible());
 }
 
-TEST_F(GoogleLibraryTest, ARescanAnswersWhenAllIsRead) {
+TEST_F(GoogleLibraryTest, ARescanAnswersWhenAllIsReadAndRestoresWhatTheVaultHasLost) {
   PutFont("google", "Roboto-Regular");
   Set(true, mFiles.Path("google"));
   WaitForReplication();
   PutFont("google", "Roboto-Bold");
+  mClient->AddFiles({FontFile("Lost-Regular")});
+  const uint32_t lost = mClient->IdOf("Lost-Regular");
+  for (const std::string& file : VaultFiles()) std::filesystem::remove(file);
   wire::ClientMessage request;
   request.mutable_rescan();
-  EXPECT_EQ(Ask(request).error(), 0u);
-  EXPECT_EQ(Workgroups(), "Own:3:0 Google Fonts:8:2");
-  EXPECT_EQ(WaitForReplication(), wire::REPLICATION_GOOGLE);
-  EXPECT_EQ(WaitForReplication(), wire::REPLICATION_BULK);
+  const auto reply = Ask(request);
+  EXPECT_EQ(reply.error(), 0u);
+  EXPECT_EQ(reply.rescan().files_checked(), 2u);
+  ASSERT_EQ(reply.rescan().missing_ids_size(), 1);
+  EXPECT_EQ(reply.rescan().missing_ids(0), lost);
+  EXPECT_EQ(Workgroups(), "Own:3:1 Google Fonts:8:2");
+  EXPECT_EQ(mClient->OpenDocument({"Roboto-Regular", "Roboto-Bold"}).matched_size(), 2);
+  while (WaitForReplication() != wire::REPLICATION_BULK) continue;
 }
 
 }  // namespace

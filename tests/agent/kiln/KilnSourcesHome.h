@@ -65,19 +65,19 @@ class KilnSourcesHome : public KilnTestHome {
   }
 
   /// Font files of the vault.
-  size_t FilesInVault() const {
-    size_t count = 0;
+  std::vector<std::string> VaultFiles() const {
+    std::vector<std::string> files;
     for (const auto& entry :
          std::filesystem::recursive_directory_iterator(mHome.Folder().Path("data/kiln/vault")))
-      count += entry.is_regular_file() ? 1 : 0;
-    return count;
+      if (entry.is_regular_file()) files.push_back(entry.path());
+    return files;
   }
   /// Behind an event that says so, the file follows within the same moment.
   bool VaultComesTo(size_t files) const {
-    for (int i = 0; i < 500 && FilesInVault() != files; ++i) {
+    for (int i = 0; i < 500 && VaultFiles().size() != files; ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    return FilesInVault() == files;
+    return VaultFiles().size() == files;
   }
 
   std::unique_ptr<WireClient> mClient;
