@@ -5,7 +5,6 @@
 #include "Activation/Vocabulary/FontRecord.h"
 #include "Activation/Vocabulary/FontRecordKeys.h"
 #include "Identity/GlyphMarkSupport.h"
-#include "Identity/MutableRecords.h"
 #include "Memory/CFVector.h"
 #include "Parsers/EPSLineReader.h"
 #include "Parsers/EPSLineSearch.h"
@@ -33,12 +32,13 @@ void FontParserEPS::Parse() {
   m_fonts = MakeArray();
   m_names = FontNameIndex();
   m_removed.clear();
+  m_removedCount = 0;
   m_endCommentsOffset = 0;
   if (!m_file.Open(true)) return;
   m_file.stream.seekg(LocatePostScriptSource(), std::ios_base::beg);
   ReadComments();
   m_file.stream.close();
-  MutableRecords::RemoveMarked(m_fonts.get(), m_removed);
+  DropRemovedFonts();
 }
 
 void FontParserEPS::ReadComments() {

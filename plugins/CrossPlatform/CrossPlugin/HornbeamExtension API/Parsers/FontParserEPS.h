@@ -78,6 +78,7 @@ class FontParserEPS : public FontParser {
   void RegisterFont(const std::string& name, EFontSource source);
   void RegisterFontWithGlyphMark(const std::string& spec);
   void RemoveFontWithPostScriptName(CFStringRef name);
+  void DropRemovedFonts();
   void AppendFont(CFDictionaryRef font, EFontSource source);
   static bool ReadGlyphMarkAttribute(std::stringstream& stream, std::string& name, std::string& value);
 
@@ -93,7 +94,8 @@ class FontParserEPS : public FontParser {
   EPSBinaryHeader m_header;
 
   // While Parse() runs, names are found through the index, and records replaced stay in their places until
-  // its end, so that positions stand.
+  // there are many, so that positions stand.
   FontNameIndex m_names;
   std::vector<bool> m_removed;
+  size_t m_removedCount = 0;
 };

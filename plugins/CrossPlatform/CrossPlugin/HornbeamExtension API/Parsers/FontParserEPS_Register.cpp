@@ -2,6 +2,7 @@
 #include "Activation/Vocabulary/FontRecord.h"
 #include "Activation/Vocabulary/FontRecordKeys.h"
 #include "Identity/GlyphMarkSupport.h"
+#include "Identity/MutableRecords.h"
 #include "Memory/CFVector.h"
 #include "Parsers/EPSAttributes.h"
 #include "Parsers/FontParserEPS.h"
@@ -51,6 +52,20 @@ void FontParserEPS::RemoveFontWithPostScriptName(CFStringRef name) {
   if (ToStdString(found) != text) return;
   m_names.Remove(*position, text);
   m_removed[*position] = true;
+  constexpr size_t kManyRemoved = 1000;
+  if (++m_removedCount > kManyRemoved && m_removedCount > m_removed.size() / 2) DropRemovedFonts();
+}
+
+// Now and then, so that a font that is named anew for ever doesn't fill the memory.
+void FontParserEPS::DropRemovedFonts() {
+  MutableRecords::RemoveMarked(m_fonts.get(), m_removed);
+  m_removed.assign(m_removed.size() - m_removedCount, false);
+  m_removedCount = 0;
+  m_names = FontNameIndex();
+  for (size_t i = 0; i < m_removed.size(); ++i) {
+    const CFDictionaryRef font = FontRecord::At(m_fonts.get(), static_cast<CFIndex>(i));
+    m_names.Add(i, ToStdString(FontRecord::GetPostScriptName(font)));
+  }
 }
 
 void FontParserEPS::AppendFont(CFDictionaryRef font, EFontSource source) {

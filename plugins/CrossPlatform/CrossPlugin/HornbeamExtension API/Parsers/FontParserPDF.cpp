@@ -83,10 +83,7 @@ void FontParserPDF::GetObsoleteGlyphmarkData(bool bWantGlyphMark, CFMutableArray
     NoteSource(name, source);
   };
 
-  // What a record is called depends on its font name alone, and of one name the first record counts.
-  std::unordered_set<std::string_view> knownNames;
   for (const PDFFontRecord& record : m_vFontRecords) {
-    if (!knownNames.insert(record.sFontName).second) continue;
     CFDictionaryRef converted = nullptr;
     ConvertPDFFontToFontRecord(record, &converted, bWantGlyphMark);
     const auto font = adoptCF(const_cast<CFMutableDictionaryRef>(converted));

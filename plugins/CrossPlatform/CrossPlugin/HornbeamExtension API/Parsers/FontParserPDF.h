@@ -68,8 +68,6 @@ class FontParserPDF : public PDFObjectReader {
   bool DecodeAIPrivateData(FilterType filter, int64_t streamLength);
 
  private:
-  using NameSet = std::unordered_set<std::string>;
-
   bool FindFileStart();
   void ProcessObjectsFromRoot();
   void AddNotes();
@@ -82,9 +80,9 @@ class FontParserPDF : public PDFObjectReader {
   void ReadFontDictionary(PDFFontRecord* record);
   void CaptureDictionaryText(int64_t start, int64_t end, PDFFontRecord* record);
   void SkipWidths();
-  void ReadXMPFontList(NameSet* knownNames);
+  void ReadXMPFontList();
   void ReadXMPFontName(PDFFontRecord* record);
-  void AddXMPFont(PDFFontRecord record, NameSet* knownNames);
+  void AddXMPFont(PDFFontRecord record);
 
   bool ReadAIPrivateStream();
   FilterType ReadFilter();
@@ -100,8 +98,9 @@ class FontParserPDF : public PDFObjectReader {
   std::vector<PDFObject> m_vFontObjects;          // each once
   std::unordered_set<uint64_t> m_fontObjectKeys;  // of those
   std::vector<int32_t> m_vResourceChain;          // the references that are being followed
-  std::vector<PDFFontRecord> m_vFontRecords;
-  size_t m_nKeptText = 0;  // bytes in their GlyphMark buffers
+  std::vector<PDFFontRecord> m_vFontRecords;      // each name once
+  std::unordered_set<std::string> m_fontNames;    // of those
+  size_t m_nKeptText = 0;                         // bytes in their GlyphMark buffers
   RetainPtr<CFMutableArrayRef> m_illustratorFonts;
   int m_nNestingDepth = 0;  // 1: in the private data of another file
   bool m_bHasCatalog = false;

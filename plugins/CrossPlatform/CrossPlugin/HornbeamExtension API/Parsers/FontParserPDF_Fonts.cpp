@@ -33,7 +33,12 @@ void FontParserPDF::ProcessFonts() {
     if (bTraces) {
       OutputIndentedAndFormattedString(0, "Adding '%s' to m_vFontRecords", record.sFontName.c_str());
     }
-    m_vFontRecords.push_back(std::move(record));
+    // Of the records of one name the first one counts: fonts of every page would only be found again.
+    if (m_fontNames.insert(record.sFontName).second) {
+      m_vFontRecords.push_back(std::move(record));
+    } else {
+      m_nKeptText -= record.sGlyphMarkBuffer.size();
+    }
   }
 }
 

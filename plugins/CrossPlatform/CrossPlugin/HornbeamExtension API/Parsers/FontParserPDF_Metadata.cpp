@@ -10,15 +10,13 @@ void FontParserPDF::ProcessFontMetadata(PDFObject* object) {
   OperationTrace trace(kName, "Entering %s()", kName);
   bool hasUnexpectedToken = false;
   if (EnterObject(*object, &hasUnexpectedToken)) {
-    NameSet knownNames;
-    for (const PDFFontRecord& record : m_vFontRecords) knownNames.insert(record.sFontName);
     bool isTag = false;
     while (m_nError == 0) {
       const std::string_view token = ProcessToken();
       if (token == "endobj") break;
       if (isTag && token == "xmpTPg:Fonts") {
         OutputIndentedAndFormattedString(0, "Found beginning of XMP font metadata");
-        ReadXMPFontList(&knownNames);
+        ReadXMPFontList();
       }
       isTag = m_sCurrentToken == "<";
     }
@@ -28,7 +26,7 @@ void FontParserPDF::ProcessFontMetadata(PDFObject* object) {
   m_nError = 0;  // a packet that breaks off is no failure of the file
 }
 
-void FontParserPDF::ReadXMPFontList(NameSet* knownNames) {
+void FontParserPDF::ReadXMPFontList() {
   bool isTag = false;
   while (m_nError == 0) {
     const std::string_view token = ProcessToken();
@@ -38,7 +36,7 @@ void FontParserPDF::ReadXMPFontList(NameSet* knownNames) {
       PDFFontRecord record;
       record.bFromMetadata = true;
       ReadXMPFontName(&record);
-      AddXMPFont(std::move(record), knownNames);
+      AddXMPFont(std::move(record));
       while (m_nError == 0 && ProcessToken() != ">") {
       }
     }
@@ -60,9 +58,9 @@ void FontParserPDF::ReadXMPFontName(PDFFontRecord* record) {
   }
 }
 
-void FontParserPDF::AddXMPFont(PDFFontRecord record, NameSet* knownNames) {
+void FontParserPDF::AddXMPFont(PDFFontRecord record) {
   if (record.sFontName.empty()) return;
-  if (!knownNames->insert(record.sFontName).second) {
+  if (!m_fontNames.insert(record.sFontName).second) {
     OutputIndentedAndFormattedString(0, "Found '%s' but it's already in m_vFontRecords.  Ignoring.",
                                      record.sFontName.c_str());
     return;
