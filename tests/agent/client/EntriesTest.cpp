@@ -83,55 +83,50 @@ TEST_F(EntriesTest, ColumnNamesAreWrittenWholeOrNotAtAll) {
 
 // --- Start-up without a sound agent
 
-struct AbsenceCase {
-  const char* name;
-  bool processRuns;
-  FakeAgent::Behaviour behaviour;  // none: nobody listens
-  TErrCode initApp;
-  TErrCode running;
-  TErrCode initThread;
-  int inSync;  // -1: the status isn't 0
-};
-
-class Absence : public EntriesTest, public testing::WithParamInterface<AbsenceCase> {};
-
-TEST_P(Absence, IsToldByTheStartUpCalls) {
-  const AbsenceCase& test = GetParam();
-  if (test.processRuns) m_processes.running.push_back({1, "/opt/Kiln/Kiln"});
-  std::unique_ptr<FakeAgent> agent;
-  if (test.behaviour) agent.reset(new FakeAgent(FakeAgent::Misbehaving(test.behaviour)));
-  EXPECT_EQ(InitAppInstance(Facade(), 4, 0), test.initApp);
-  int running = 7;
-  EXPECT_EQ(GetIsCoreAgentProcessRunning(Facade(), &running), test.running);
-  EXPECT_EQ(running, test.running == 0 ? 0 : 7);
-  EXPECT_EQ(InitThreadInstance(Facade()), test.initThread);
-  int inSync = 7;
-  const TErrCode status = GetAreSchemaVersionsInSync(Facade(), &inSync);
-  EXPECT_EQ(status == 0 ? inSync : -1, test.inSync);
-  EXPECT_EQ(DestroyThreadInstance(Facade()), CoreErrorCodes::kSuccess);
+TEST_F(EntriesTest, TheAbsenceOfASoundAgentIsToldByTheStartUpCalls) {
+  const FakeAgent::Behaviour refuseTheVersion = [](int socket) {
+    FakeAgent::Request request;
+    if (!FakeAgent::ReceiveFrame(socket, request)) return;
+    auto reply = FakeAgent::ReplyTo(request.id());
+    reply.set_error(CoreErrorCodes::kVersionMismatch);
+    FakeAgent::SendFrame(socket, reply);
+  };
+  const struct {
+    const char* name;
+    bool processRuns;
+    FakeAgent::Behaviour behaviour;  // none: nobody listens
+    TErrCode initApp;
+    TErrCode running;
+    TErrCode initThread;
+    int inSync;  // -1: the status isn't 0
+  } cases[] = {{"no process", false, {}, 0, 0, GOspreyConfig::kAgentNotFound, -1},
+               {"never listens",
+                true,
+                {},
+                0,
+                GIPCClient::kServiceUnavailable,
+                GOspreyConfig::kAgentRunningInWrongMode,
+                -1},
+               {"another protocol", true, refuseTheVersion, CoreErrorCodes::kVersionMismatch,
+                CoreErrorCodes::kVersionMismatch, GOspreyConfig::kAgentRunningInWrongMode, 0}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    ResetPluginFacadeInstance();
+    m_processes.running.clear();
+    if (test.processRuns) m_processes.running.push_back({1, "/opt/Kiln/Kiln"});
+    std::unique_ptr<FakeAgent> agent;
+    if (test.behaviour) agent.reset(new FakeAgent(FakeAgent::Misbehaving(test.behaviour)));
+    EXPECT_EQ(InitAppInstance(Facade(), 4, 0), test.initApp);
+    int running = 7;
+    EXPECT_EQ(GetIsCoreAgentProcessRunning(Facade(), &running), test.running);
+    EXPECT_EQ(running, test.running == 0 ? 0 : 7);
+    EXPECT_EQ(InitThreadInstance(Facade()), test.initThread);
+    int inSync = 7;
+    const TErrCode status = GetAreSchemaVersionsInSync(Facade(), &inSync);
+    EXPECT_EQ(status == 0 ? inSync : -1, test.inSync);
+    EXPECT_EQ(DestroyThreadInstance(Facade()), CoreErrorCodes::kSuccess);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Agents, Absence,
-    testing::Values(AbsenceCase{"NoProcess", false, {}, 0, 0, GOspreyConfig::kAgentNotFound, -1},
-                    AbsenceCase{"ProcessThatNeverListens",
-                                true,
-                                {},
-                                0,
-                                GIPCClient::kServiceUnavailable,
-                                GOspreyConfig::kAgentRunningInWrongMode,
-                                -1},
-                    AbsenceCase{"AnotherProtocol", true,
-                                [](int socket) {
-                                  FakeAgent::Request request;
-                                  if (!FakeAgent::ReceiveFrame(socket, request)) return;
-                                  auto reply = FakeAgent::ReplyTo(request.id());
-                                  reply.set_error(CoreErrorCodes::kVersionMismatch);
-                                  FakeAgent::SendFrame(socket, reply);
-                                },
-                                CoreErrorCodes::kVersionMismatch, CoreErrorCodes::kVersionMismatch,
-                                GOspreyConfig::kAgentRunningInWrongMode, 0}),
-    [](const auto& info) { return info.param.name; });
 
 TEST_F(EntriesTest, AnAnswerOfAnotherKindIsNoAnswerAndTouchesNothing) {
   FakeAgent agent;  // answers everything with an empty reply
@@ -404,13 +399,13 @@ TEST_F(EntriesTest, FoldersAreMadeWithoutAnAgent) {
   const std::string folder = m_home.Folder().Path("one/two");
   const std::string file = m_home.Folder().Write("file", "");
   EXPECT_EQ(OSDoesDirectoryExist(Facade(), folder.c_str()), GFileSystem::kDirectoryNotFound);
-  EXPECT_EQ(OSCreateDirectory(Facade(), folder.c_str()), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(OSCreateDirectory(Facade(), folder.c_str()), CoreErrorCodes::kSuccess);
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(OSCreateDirectory(Facade(), folder.c_str()), CoreErrorCodes::kSuccess);
   EXPECT_EQ(OSDoesDirectoryExist(Facade(), folder.c_str()), CoreErrorCodes::kSuccess);
   EXPECT_EQ(OSDoesDirectoryExist(Facade(), file.c_str()), GFileSystem::kDirectoryNotFound);
-  EXPECT_EQ(OSCreateDirectory(Facade(), file.c_str()), GFileSystem::kFileOrDirectoryAlreadyExists);
-  EXPECT_EQ(OSCreateDirectory(Facade(), (file + "/below").c_str()),
-            GFileSystem::kFileOrDirectoryAlreadyExists);
+  for (const std::string& path : {file, file + "/below"}) {
+    EXPECT_EQ(OSCreateDirectory(Facade(), path.c_str()), GFileSystem::kFileOrDirectoryAlreadyExists);
+  }
   EXPECT_EQ(OSCreateDirectory(Facade(), "/proc/none"), GOspreyExportFonts::kCouldNotCreateFolder);
   EXPECT_EQ(OSCreateDirectory(Facade(), ""), GFileSystem::kInvalidPath);
 }
