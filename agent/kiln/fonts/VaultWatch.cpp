@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <boost/asio/post.hpp>
+#include <chrono>
 #include <ctime>
 #include <utility>
 
@@ -13,6 +14,7 @@
 namespace kiln {
 namespace {
 
+constexpr std::chrono::seconds kBeforeFirstLook{1};
 constexpr int64_t kNanoseconds = 1'000'000'000;
 // File systems count time in steps: what happens within one of them shows no second change.
 constexpr int64_t kCoarsestTime = 2 * kNanoseconds;
@@ -45,7 +47,8 @@ VaultWatch::VaultWatch(boost::asio::io_context& context, FontLibrary& library, c
       mLog(log),
       mAnnounce(std::move(announce)),
       mWatch(context, IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF,
-             [this] { OnChange(); }) {}
+             [this] { OnChange(); }),
+      mFirstLook(context) {}
 
 std::string VaultWatch::PathOf(int number) const {
   return mPaths.vault + "/" + Digits(number);
@@ -59,7 +62,10 @@ void VaultWatch::WatchFolders() {
 
 void VaultWatch::Start() {
   WatchFolders();
-  Begin({});
+  mFirstLook.expires_after(kBeforeFirstLook);
+  mFirstLook.async_wait([this, alive = std::weak_ptr<bool>(mAlive)](auto error) {
+    if (!error && !alive.expired()) Begin({});
+  });
 }
 
 void VaultWatch::Check(Progress progress, Done done) {

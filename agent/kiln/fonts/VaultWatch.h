@@ -2,6 +2,7 @@
 
 #include <array>
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -33,7 +34,8 @@ class VaultWatch {
   VaultWatch(boost::asio::io_context& context, FontLibrary& library, const KilnPaths& paths, BoundedLog& log,
              Announce announce);
 
-  /// Begins to watch, and looks at all files.
+  /// Begins to watch, and looks at all files a moment later: the client that has started Kiln is served
+  /// first, and is there to hear what is found.
   void Start();
 
   /// Looks at all files.
@@ -69,6 +71,7 @@ class VaultWatch {
   BoundedLog& mLog;
   const Announce mAnnounce;
   FolderWatch mWatch;
+  boost::asio::steady_timer mFirstLook;
   std::array<int64_t, kFolders>
       mLookedAt{};  // time of change of the folder that the last look saw, 0 for none
   std::shared_ptr<bool> mAlive = std::make_shared<bool>(true);

@@ -1,19 +1,11 @@
 #include "kiln/server/ActivationRequests.h"
 
-#include <span>
 #include <utility>
 
+#include "kiln/server/RequestIDs.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
-namespace {
-
-template <class Field>
-std::span<const uint32_t> IDs(const Field& field) {
-  return {field.data(), static_cast<size_t>(field.size())};
-}
-
-}  // namespace
 
 bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessage& message,
                                 wire::ServerMessage& reply, ActivationChange& change) {
@@ -43,24 +35,28 @@ bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessag
       }
       return true;
     }
-    case wire::ClientMessage::kFontIsActivated:
+    case wire::ClientMessage::kFontIsActivated: {
+      const Transaction reading(*library.database);
       for (const uint32_t id : message.font_is_activated().font_ids()) {
         const std::optional<FontRow> row = library.fonts.Load(id);
         reply.mutable_font_is_activated()->add_states(row ? library.book.StateFor(*row, connection.clientID)
                                                           : wire::ACTIVATION_INACTIVE);
       }
       return true;
+    }
     case wire::ClientMessage::kSetCompliance: {
       const wire::SetComplianceRequest& request = message.set_compliance();
       reply.set_error(
           library.rights.SetRefused(request.workgroup_id(), IDs(request.font_ids()), request.refused()));
       return true;
     }
-    case wire::ClientMessage::kFontConflicts:
+    case wire::ClientMessage::kFontConflicts: {
+      const Transaction reading(*library.database);
       for (const uint32_t id : message.font_conflicts().font_ids()) {
         reply.mutable_font_conflicts()->add_conflicting_ids(library.activations.ConflictOf(id));
       }
       return true;
+    }
     case wire::ClientMessage::kFamilyFonts:
       reply.set_error(FamilyFonts(connection, message.family_fonts(), *reply.mutable_family_fonts()));
       return true;

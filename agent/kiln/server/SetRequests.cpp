@@ -1,20 +1,15 @@
 #include "kiln/server/SetRequests.h"
 
 #include <map>
-#include <span>
 #include <utility>
 
+#include "kiln/server/RequestIDs.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
 namespace {
 
 constexpr size_t kNoFile = SIZE_MAX;
-
-template <class Field>
-std::span<const uint32_t> IDs(const Field& field) {
-  return {field.data(), static_cast<size_t>(field.size())};
-}
 
 // A font of a request and its file's place in the export.
 struct Wanted {
