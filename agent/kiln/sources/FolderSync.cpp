@@ -1,5 +1,7 @@
 #include "kiln/sources/FolderSync.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <boost/asio/post.hpp>
 #include <utility>
@@ -62,11 +64,16 @@ void FolderSync::Compare(FolderWalk::Found& found) {
   work.reached = found.readable;
   mWhole = mWhole && found.readable;
   if (!found.readable) return;
+  // Of a folder that fontconfig looks into, too, what Kiln itself shows there is no font.
+  const std::string links = mServices.library.links.PathOf("");
   const std::map<std::string, FolderFileStore::File> known =
       mServices.library.folderFiles.Of(work.source.workgroupID);
   for (const auto& [path, file] : found.files) {
     const auto before = known.find(path);
-    if (before == known.end() || before->second != file) work.toRead.push_back({path, file});
+    const bool same = before != known.end() && before->second == file;
+    // One that mayn't be read isn't tried, and announced, at every look.
+    if (!same && !path.starts_with(links) && access(path.c_str(), R_OK) == 0)
+      work.toRead.push_back({path, file});
   }
   for (const auto& [path, file] : known) {
     const bool hidden = std::any_of(found.unreadable.begin(), found.unreadable.end(),

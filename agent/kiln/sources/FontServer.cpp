@@ -3,17 +3,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <map>
-#include <tuple>
 #include <utility>
 
 #include "kiln/fonts/FontLibrary.h"
 #include "kiln/sources/OrphanSweep.h"
 #include "kiln/system/BoundedLog.h"
 #include "kiln/system/GivenName.h"
-#include "kiln/system/Utf8.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -28,7 +24,6 @@ constexpr const char* kLocal = "server.local";
 constexpr const char* kType = "server.type";
 constexpr const char* kTakenOver = "server.takenOver";  // the server whose fonts were all taken over once
 
-constexpr size_t kMostWorkgroups = 1000;
 // What a file server doesn't tell of: whether it is there, and what other machines change.
 constexpr std::chrono::seconds kBetweenChecks{20};
 constexpr std::chrono::minutes kBetweenLooks{5};
@@ -43,34 +38,6 @@ std::string Normal(const std::string& folder) {
   std::string normal = std::filesystem::path(folder).lexically_normal().string();
   while (normal.size() > 1 && normal.back() == '/') normal.pop_back();
   return normal;
-}
-
-bool IsServers(const WorkgroupStore::FromFolder& workgroup) {
-  return workgroup.type == wire::WORKGROUP_SERVER || workgroup.type == wire::WORKGROUP_SERVER_PERSONAL;
-}
-
-std::string ParentOf(const std::string& folder) {
-  return std::filesystem::path(folder).parent_path().string();
-}
-std::string NameOf(const std::string& folder) {
-  return std::filesystem::path(folder).filename().string();
-}
-
-// By name. Nothing when the folder can't be read.
-std::optional<std::vector<std::string>> Subfolders(const std::string& server) {
-  std::vector<std::string> names;
-  std::error_code error;
-  std::filesystem::directory_iterator entry(server, error);
-  for (const std::filesystem::directory_iterator end; !error && entry != end; entry.increment(error)) {
-    std::error_code ignored;
-    const std::string name = entry->path().filename().string();
-    const bool usable = name.front() != '.' && IsUtf8(name) && IsGivenName(name);
-    if (usable && entry->is_directory(ignored)) names.push_back(name);
-  }
-  if (error) return std::nullopt;
-  std::sort(names.begin(), names.end());
-  if (names.size() > kMostWorkgroups) names.resize(kMostWorkgroups);
-  return names;
 }
 
 }  // namespace
@@ -161,18 +128,11 @@ void FontServer::TellOnline(bool online) {
 // Log-in and log-out
 // ---------------------------------------------------------------------------------------------------------------
 
-std::optional<FontServer::Sight> FontServer::Look(const std::string& server) {
-  std::optional<ServerConfiguration> configuration = ServerConfiguration::Read(server);
-  std::optional<std::vector<std::string>> subfolders = Subfolders(server);
-  if (!configuration || !subfolders) return std::nullopt;
-  return Sight{std::move(*configuration), std::move(*subfolders)};
-}
-
 uint32_t FontServer::LogIn(const std::string& folder, const std::string& wantedUser) {
   if (Serves()) return codes::kAlreadyLoggedIn;
   const std::string server = Normal(folder);
   const std::string user = wantedUser.empty() ? OwnUser() : wantedUser;
-  const std::optional<Sight> sight = server.empty() ? std::nullopt : Look(server);
+  const std::optional<ServerSight> sight = server.empty() ? std::nullopt : ServerSight::Look(server);
   if (!sight) return codes::kFailedToConnect;
   if (!IsGivenName(user) || !sight->configuration.Knows(user)) return codes::kSignInFailed;
   const Listing before = List();
@@ -192,7 +152,8 @@ uint32_t FontServer::LogOut(bool leave) {
   const Listing before = List();
   FontLibrary& library = mServices.library;
   Transaction transaction(*library.database);
-  const bool fine = transaction.Began() && HideAll() && library.settings.PutFlag(kLoggedIn, false) &&
+  const bool fine = transaction.Began() && ServerWorkgroups(library).Hide() &&
+                    library.settings.PutFlag(kLoggedIn, false) &&
                     (!leave || library.settings.PutFlag(kServes, false));
   if (!fine) return library.database->Error();
   if (const uint32_t error = transaction.Commit()) return error;
@@ -208,66 +169,23 @@ uint32_t FontServer::LogOut(bool leave) {
   return codes::kSuccess;
 }
 
-bool FontServer::HideAll() {
-  WorkgroupStore& workgroups = mServices.library.workgroups;
-  bool fine = true;
-  for (const WorkgroupStore::FromFolder& workgroup : workgroups.FromFolders()) {
-    if (IsServers(workgroup)) fine = fine && workgroups.SetHidden(workgroup.id, true);
-  }
-  for (const uint32_t id : workgroups.Local()) fine = fine && workgroups.SetHidden(id, false);
-  return fine;
-}
-
-uint32_t FontServer::Write(const Sight& sight, const std::string& server, const std::string& user) {
+uint32_t FontServer::Write(const ServerSight& sight, const std::string& server, const std::string& user) {
   FontLibrary& library = mServices.library;
   const ServerConfiguration& configuration = sight.configuration;
   SettingStore& settings = library.settings;
   Transaction transaction(*library.database);
-  const bool fine =
-      transaction.Began() && settings.PutFlag(kServes, true) && settings.PutFlag(kLoggedIn, true) &&
-      settings.Put(kFolder, server) && settings.Put(kUser, user) &&
-      settings.PutFlag(kAcross, configuration.MayActivateAcross(user)) &&
-      settings.PutFlag(kLocal, configuration.ListsLocalLibraries()) &&
-      settings.Put(kType, std::to_string(configuration.ServerType())) && WriteWorkgroups(sight, server, user);
+  const bool fine = transaction.Began() && settings.PutFlag(kServes, true) &&
+                    settings.PutFlag(kLoggedIn, true) && settings.Put(kFolder, server) &&
+                    settings.Put(kUser, user) &&
+                    settings.PutFlag(kAcross, configuration.MayActivateAcross(user)) &&
+                    settings.PutFlag(kLocal, configuration.ListsLocalLibraries()) &&
+                    settings.Put(kType, std::to_string(configuration.ServerType())) &&
+                    ServerWorkgroups(library).Write(sight, server, user);
   if (!fine) return library.database->Error();
   if (const uint32_t error = transaction.Commit()) return error;
   mApplied = sight;
   mServices.sweep.Run();
   return codes::kSuccess;
-}
-
-bool FontServer::WriteWorkgroups(const Sight& sight, const std::string& server, const std::string& user) {
-  WorkgroupStore& workgroups = mServices.library.workgroups;
-  std::map<std::string, uint32_t> known;
-  for (const WorkgroupStore::FromFolder& workgroup : workgroups.FromFolders()) {
-    if (IsServers(workgroup)) known[workgroup.folder] = workgroup.id;
-  }
-  bool fine = true;
-  for (const std::string& name : sight.subfolders) {
-    const ServerConfiguration::Workgroup rules = sight.configuration.For(name, user);
-    const auto before = known.find(server + "/" + name);
-    const wire::WorkgroupType type =
-        rules.personal ? wire::WORKGROUP_SERVER_PERSONAL : wire::WORKGROUP_SERVER;
-    uint32_t id = 0;
-    if (before != known.end()) {
-      id = before->second;
-      known.erase(before);
-    } else if (rules.visible) {
-      id = workgroups.Add(name, type, server + "/" + name);
-      fine = fine && id != 0;
-    }
-    if (id == 0) continue;
-    fine = fine && workgroups.SetType(id, type) && workgroups.SetHidden(id, !rules.visible) &&
-           workgroups.SetExportAllowed(id, rules.exportAllowed) && workgroups.RefuseOnly(id, rules.refused);
-  }
-  // What is left is another server's, or has been deleted at this one.
-  for (const auto& [folder, id] : known) {
-    fine = fine && (ParentOf(folder) == server ? workgroups.Remove(id) : workgroups.SetHidden(id, true));
-  }
-  for (const uint32_t id : workgroups.Local()) {
-    fine = fine && workgroups.SetHidden(id, !sight.configuration.ListsLocalLibraries());
-  }
-  return fine;
 }
 
 // ---------------------------------------------------------------------------------------------------------------
@@ -277,13 +195,7 @@ bool FontServer::WriteWorkgroups(const Sight& sight, const std::string& server, 
 void FontServer::TakeUp(bool announce) {
   const std::string server = mServices.library.settings.Get(kFolder);
   const std::string user = mServices.library.settings.Get(kUser);
-  std::vector<FolderSource> sources;
-  for (const WorkgroupStore::FromFolder& workgroup : mServices.library.workgroups.FromFolders()) {
-    if (!IsServers(workgroup) || workgroup.hidden || ParentOf(workgroup.folder) != server) continue;
-    const std::string name = NameOf(workgroup.folder);
-    sources.push_back({workgroup.id, workgroup.folder, mApplied->configuration.For(name, user).refused});
-  }
-  mFiles.SetSources(std::move(sources));
+  mFiles.SetSources(ServerWorkgroups(mServices.library).Sources(*mApplied, server, user));
   Sync(announce, nullptr);
   CheckLater();
 }
@@ -303,7 +215,7 @@ void FontServer::Check() {
   if (!Serves()) return;
   const std::string server = mServices.library.settings.Get(kFolder);
   const std::string user = mServices.library.settings.Get(kUser);
-  const std::optional<Sight> sight = Look(server);
+  const std::optional<ServerSight> sight = ServerSight::Look(server);
   if (!sight) {
     TellOnline(false);
     return CheckLater();
@@ -331,7 +243,7 @@ void FontServer::CheckLater() {
   // The folder above shows it when this one comes back.
   const std::string server = mServices.library.settings.Get(kFolder);
   mWatch.Add(server);
-  mWatch.Add(ParentOf(server));
+  mWatch.Add(std::filesystem::path(server).parent_path().string());
   mTimer.expires_after(kBetweenChecks);
   mTimer.async_wait([this, alive = std::weak_ptr<bool>(mAlive)](auto cancelled) {
     if (!cancelled && !alive.expired()) Check();

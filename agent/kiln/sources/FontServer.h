@@ -12,29 +12,29 @@
 
 #include "kiln/fonts/FolderWatch.h"
 #include "kiln/sources/FolderLibrary.h"
-#include "kiln/sources/ServerConfiguration.h"
+#include "kiln/sources/ServerWorkgroups.h"
 
 namespace kiln {
 
 /// The font server that this Kiln works with, if it doesn't stand alone.
 ///
 /// A font server is a folder, as a file server shows it to everybody. Each folder directly in it is a
-/// workgroup of that name, its fonts are the font files in it and below; a name that begins with "." makes it
-/// none. Beside them lies "server.conf": lines "key = value", "#" begins a comment, keys may be written in
-/// any case.
+/// workgroup of that name (1,000 at most), with the font files in it and below; folders whose name begins
+/// with "." are none. Beside them lies "server.conf": lines "key = value", "#" begins a comment, keys may
+/// be written in any case. The keys, and what holds without them:
 ///
-///     users = anna, ben                      who may log in
-///     across-workgroups = anna               who may activate from all workgroups together
-///     local-libraries = no                   hide the users' own libraries ("yes")
-///     server-type = 3                        what plug-ins are told ("1"); with 3 they ignore log-in and
-///     log-out workgroup.Marketing.users = anna       who sees the workgroup workgroup.Marketing.export = ben
-///     who may copy its fonts out of the library workgroup.Marketing.refused = Foo-Bold fonts that nobody may
-///     activate, by PostScript name workgroup.Anna's.owner = anna          makes it the personal workgroup of
-///     one user
+///     users = anna, ben                      who may log in (*)
+///     across-workgroups = anna               who may activate from all workgroups together (*)
+///     local-libraries = no                   whether users see libraries of their own (yes)
+///     server-type = 3                        what plug-ins are told; 3: pass over log-in, log-out (1)
+///     workgroup.Ads.users = anna             who sees the workgroup "Ads" (*)
+///     workgroup.Ads.export = ben             who may copy its fonts out of the library (*)
+///     workgroup.Ads.refused = Foo-Bold       fonts that nobody may activate, by PostScript name ()
+///     workgroup.Ads.owner = anna             makes it the personal workgroup of one user ()
 ///
-/// Lists are separated by commas; "*" is everybody, and what is meant without a line; an empty list is
-/// nobody. A name that ends in a letter beyond ASCII wants a comma behind it, since such bytes are stripped
-/// from a line's end. Whoever is taken out of `users` is logged out.
+/// Lists are separated by commas; "*" is everybody, an empty list is nobody. A name that ends in a letter
+/// beyond ASCII wants a comma behind it, since such bytes are stripped from a line's end. Whoever is taken
+/// out of `users` is logged out.
 ///
 /// Life: standing alone; LogIn() from there or from logged out; LogOut() to logged out or to standing alone.
 /// All of it survives Kiln. While logged in, the server is online when "server.conf" can be read, and the
@@ -63,13 +63,6 @@ class FontServer {
   void Rescan(const FolderSync::Done& done);
 
  private:
-  // What the server's folder shows.
-  struct Sight {
-    ServerConfiguration configuration;
-    std::vector<std::string> subfolders;
-
-    bool operator==(const Sight&) const = default;
-  };
   using Listing = std::vector<std::tuple<uint32_t, std::string, int>>;
 
   bool Serves() const;
@@ -79,10 +72,7 @@ class FontServer {
   void TellPermissions();
   void TellLogIn();
   void TellOnline(bool online);
-  static std::optional<Sight> Look(const std::string& server);
-  uint32_t Write(const Sight& sight, const std::string& server, const std::string& user);
-  bool WriteWorkgroups(const Sight& sight, const std::string& server, const std::string& user);
-  bool HideAll();
+  uint32_t Write(const ServerSight& sight, const std::string& server, const std::string& user);
   void TakeUp(bool announce);
   void Sync(bool announce, FolderSync::Done done);
   void Check();
@@ -93,8 +83,8 @@ class FontServer {
   FolderWatch mWatch;
   boost::asio::steady_timer mTimer;
   std::chrono::steady_clock::time_point mLastLook;
-  std::optional<Sight> mApplied;  // as the workgroups stand now
-  bool mOnline = true;            // as the clients were told
+  std::optional<ServerSight> mApplied;  // as the workgroups stand now
+  bool mOnline = true;                  // as the clients were told
   std::shared_ptr<bool> mAlive = std::make_shared<bool>(true);
 };
 
