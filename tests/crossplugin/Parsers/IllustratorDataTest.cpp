@@ -85,10 +85,12 @@ TEST(IllustratorData, ReferencesThatLeadNowhereEnd) {
       {"to nothing", "/Private 99 0 R /AIPrivateData2 6 0 R", false},
       {"the other parts of the data aren't followed", "/AIPrivateData1 99 0 R /AIPrivateData2 6 0 R", true},
       {"to two objects", "/AIPrivateData2 [7 0 R 7 0 R] /AIPrivateData2 6 0 R", true},
+      {"a stream of no fonts before", "/AIPrivateData2 8 0 R /AIPrivateData2 6 0 R", true},
       {"first success wins", "/AIPrivateData2 6 0 R /AIPrivateData2 99 0 R", true},
   };
   for (const auto& row : rows) {
-    const PdfFonts fonts = ReadPdf(FileWithData(data, row.keys));
+    const PdfFonts fonts =
+        ReadPdf(FileWithData(data, row.keys, "8 0 obj\n" + Stream("/Length 4", "none") + "\nendobj\n"));
     EXPECT_EQ(fonts.names.size() == 3, row.isRead) << row.name;
   }
 }
@@ -103,20 +105,15 @@ TEST(IllustratorData, APdfInsideMayNotHoldPrivateDataAgain) {
   EXPECT_THAT(ReadPdf(outer).names, ElementsAre("Page", "Inner"));
 }
 
-TEST(IllustratorData, LeavesNoFile) {
-  const TemporaryFolder temporary;
-  const ScopedEnvironment folder("TMPDIR", temporary.Path());
-  const std::string file = FileWithData(Stream("/Filter /FlateDecode", kFlate));
-  {
-    const TemporaryFolder elsewhere;
-    EXPECT_THAT(ReadPdfFile(elsewhere.Write("a.ai", file)).names, Contains("Art-Bold"));
-  }
-  EXPECT_TRUE(std::filesystem::is_empty(temporary.Path()));
-}
-
-TEST(IllustratorData, WithoutATemporaryFolderTheRestIsRead) {
+TEST(IllustratorData, LeavesNoFileAndIsNotReadWithoutAPlaceForIt) {
   const TemporaryFolder elsewhere;
   const std::string path = elsewhere.Write("a.ai", FileWithData(Stream("/Filter /FlateDecode", kFlate)));
+  {
+    const TemporaryFolder temporary;
+    const ScopedEnvironment folder("TMPDIR", temporary.Path());
+    EXPECT_THAT(ReadPdfFile(path).names, Contains("Art-Bold"));
+    EXPECT_TRUE(std::filesystem::is_empty(temporary.Path()));
+  }
   const ScopedEnvironment folder("TMPDIR", elsewhere.Path("nowhere"));
   EXPECT_THAT(ReadPdfFile(path).names, ElementsAre("Page"));
 }

@@ -25,43 +25,31 @@ std::string FileWith(const std::string& end, const std::string& beforeFile = "")
 
 const std::string kTrailer = "trailer << /Size 5 /Root 1 0 R >>\n";
 
-struct TableCase {
-  const char* name;
-  std::string file;
-  Names names;
-};
-
 TEST(PdfCrossReference, FindsTheTable) {
-  const TableCase rows[] = {
-      {"plain", FileWith("{{xref}}" + kTrailer + "{{startxref}}"), {"Found"}},
-      {"behind 20 bytes of junk",
-       FileWith("{{xref}}" + kTrailer + "{{startxref}}", "12345678901234567890"),
-       {"Found"}},
-      {"junk with a % in it", FileWith("{{xref}}" + kTrailer + "{{startxref}}", "%!xx\n%12345\n"), {"Found"}},
-      {"lines end in CR",
-       FileWith("{{xref}}\r" + kTrailer + "\rstartxref\r{{xref-offset}}\r%%EOF"),
-       {"Found"}},
-      {"too far from the end", FileWith("{{xref}}" + kTrailer + "{{startxref}}{{fill 100}}"), {}},
-      {"a zero byte before it in the tail",
-       FileWith("{{xref}}" + kTrailer + "{{fill 40}}{{hex 00}}{{startxref}}"),
-       {}},
-      {"no keyword", FileWith("{{xref}}" + kTrailer), {}},
-      {"beyond the end", FileWith("{{xref}}" + kTrailer + "startxref\n99999999\n%%EOF"), {}},
-      {"a number that doesn't fit",
-       FileWith("{{xref}}" + kTrailer + "startxref\n99999999999999999999\n%%EOF"),
-       {}},
-      {"near the largest number",
-       FileWith("{{xref}}" + kTrailer + "startxref\n9223372036854775807\n%%EOF", "junk"),
-       {}},
-      {"the trailer's brackets close up",
-       FileWith("{{xref}}trailer<</Size 5/Root 1 0 R/ID[<00><00>]>>{{startxref}}"),
-       {"Found"}},
+  const std::string table = "{{xref}}" + kTrailer;
+  const struct {
+    const char* name;
+    std::string end;
+    const char* names = "Found";
+    const char* before = "";
+  } rows[] = {
+      {"plain", table + "{{startxref}}"},
+      {"behind 20 bytes of junk", table + "{{startxref}}", "Found", "12345678901234567890"},
+      {"junk with a % in it", table + "{{startxref}}", "Found", "%!xx\n%12345\n"},
+      {"lines end in CR", "{{xref}}\r" + kTrailer + "\rstartxref\r{{xref-offset}}\r%%EOF"},
+      {"too far from the end", table + "{{startxref}}{{fill 100}}", ""},
+      {"a zero byte before it in the tail", table + "{{fill 40}}{{hex 00}}{{startxref}}", ""},
+      {"no keyword", table, ""},
+      {"beyond the end", table + "startxref\n99999999\n%%EOF", ""},
+      {"a number that doesn't fit", table + "startxref\n99999999999999999999\n%%EOF", ""},
+      {"near the largest number", table + "startxref\n9223372036854775807\n%%EOF", "", "junk"},
+      {"brackets close up", "{{xref}}trailer<</Size 5/Root 1 0 R/ID[<00><00>]>>{{startxref}}"},
       {"more entries promised than there are",
-       FileWith("{{mark t}}xref\n1 2147483647\n0000000009 00000 n \n" + kTrailer +
-                "startxref\n{{offset t}}\n%%EOF"),
-       {}},
+       "{{mark t}}xref\n1 2147483647\n0000000009 00000 n \n" + kTrailer + "startxref\n{{offset t}}\n%%EOF",
+       ""},
   };
-  for (const TableCase& row : rows) EXPECT_EQ(ReadPdf(row.file).names, row.names) << row.name;
+  for (const auto& row : rows)
+    EXPECT_EQ(Joined(ReadPdf(FileWith(row.end, row.before)).names), row.names) << row.name;
 }
 
 // Some producers count from a place up to three bytes in front of the file.
@@ -162,12 +150,11 @@ TEST(XREFTable, NumbersNearTheLimit) {
   for (int i = 0; i < 5; ++i) table.AddEntry(10 + i, 70000, i != 0);
   table.BeginSection(4294967296);
   table.AddEntry(99, 0, true);
-  ASSERT_TRUE(table.Find(2147483647));
-  EXPECT_EQ(table.At(*table.Find(2147483647)).nOffset, 11U);
-  EXPECT_FALSE(table.Find(0));
   table.BeginSection(5);
   table.AddEntry(INT64_MAX, 0, true);
-  EXPECT_EQ(table.At(*table.Find(5)).nOffset, 0U) << "no object lies at 0";
+  EXPECT_EQ(table.At(table.Find(2147483647).value()).nOffset, 11U);
+  EXPECT_FALSE(table.Find(0));
+  EXPECT_EQ(table.At(table.Find(5).value()).nOffset, 0U) << "no object lies at 0";
 }
 
 }  // namespace

