@@ -160,6 +160,10 @@ void ClientLibrary::StopThreads() {
 
 void ClientLibrary::CleanUp() {
   StopThreads();
+  {
+    std::scoped_lock lock(mMutex);
+    mWaitedInVain = {};
+  }
   mFonts.DeactivateAll();
 }
 

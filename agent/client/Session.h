@@ -23,8 +23,9 @@ class Session {
  public:
   /// How long a call waits for an agent whose process runs but doesn't listen or greet yet.
   static constexpr std::chrono::milliseconds kConnectWindow{3000};
-  /// The same for the calls that follow a wait in vain, for a while: a start-up makes several.
-  static constexpr std::chrono::milliseconds kShortWindow{250};
+  /// The same for the calls that follow a wait in vain, for a while: a start-up makes several. Enough for an
+  /// agent that has to wait for the locks of the one before.
+  static constexpr std::chrono::milliseconds kShortWindow{700};
   static constexpr std::chrono::seconds kShortWindowsLast{5};
 
   /// \param clientUUID  Names this process to the agent.
