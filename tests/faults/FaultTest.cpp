@@ -3,6 +3,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "CoreAgentInterface/Shuttle/ShuttleLoader.h"
 #include "client/Session.h"
@@ -54,6 +55,7 @@ FaultTest::FaultTest() {
   HornbeamGlobals::SetUserHasWorkgroups(true);
   HornbeamGlobals::SetDisplayedSchemaError(false);
   LiveAgent::ResetSelection();
+  LoadLibrary();
   loom.SetPreference("EnablePlugin", 1);
   loom.SetPreference("CurrentWorkgroup", 1);
 }
@@ -63,6 +65,14 @@ FaultTest::~FaultTest() {
   ShuttleLoader::GetSharedInstance()->CleanUpOnShutdown();
   interposer.reset();
   HornbeamGlobals::IdentifyPluginVersion(nullptr);
+}
+
+// Looking for the library starts Kiln, which not every test wants.
+void FaultTest::LoadLibrary() {
+  static bool isLoaded = false;
+  if (std::exchange(isLoaded, true)) return;
+  ShuttleLoader::GetSharedInstance();
+  KillKiln();
 }
 
 void FaultTest::KillKiln() {

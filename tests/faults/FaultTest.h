@@ -57,10 +57,18 @@ class FaultTest : public testing::Test {
   std::string Active();
   size_t LinkCount() const;
 
+  template <typename Condition>
+  static void WaitUntil(const Condition& condition) {
+    while (!condition()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+
   PrivateHome home;
   WatchedProcesses processes;
   ScopedReplacement<platform::Processes> replacedProcesses{processes};
   FakeLoom loom;
   std::unique_ptr<Interposer> interposer;
   std::unique_ptr<LiveAgent> agent;
+
+ private:
+  static void LoadLibrary();
 };

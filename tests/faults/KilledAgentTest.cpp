@@ -26,11 +26,6 @@ class KilledAgentTest : public FaultTest {
     if (moment == Moment::kOnRequest) interposer->KillKilnOn(Interposer::Kill::kOnRequest, wanted);
     if (moment == Moment::kOnReply) interposer->KillKilnOn(Interposer::Kill::kOnReply, wanted);
   }
-
-  int ActivateByName(const std::vector<std::string>& names, CFMutableArrayRef matched) {
-    const auto problems = MakeArray();
-    return agent->ActivateDocumentFontsByPath("/a.idml", FontsNamed(names).get(), matched, problems.get());
-  }
 };
 
 // ---- Work is done all the same.
@@ -38,14 +33,9 @@ class KilledAgentTest : public FaultTest {
 struct WorkCase {
   const char* name;
   Kind kind;
-  std::function<int(KilledAgentTest&, LiveAgent&, CFArrayRef)> call;
+  int (*call)(LiveAgent&, CFArrayRef);
   bool activeBefore, activeAfter;
 };
-
-template <typename Call>
-auto WithFonts(Call call) {
-  return [call](KilledAgentTest&, LiveAgent& agent, CFArrayRef fonts) { return call(agent, fonts); };
-}
 
 CFDictionaryRef First(CFArrayRef fonts) {
   return FontRecord::At(fonts, 0);
@@ -53,40 +43,55 @@ CFDictionaryRef First(CFArrayRef fonts) {
 
 const WorkCase kWork[] = {
     {"AreSchemaVersionsInSync", Message::kSchemaInSync,
-     WithFonts([](LiveAgent& agent, CFArrayRef) { return agent.AreSchemaVersionsInSync() ? 0 : -1; }), false,
-     false},
+     [](LiveAgent& agent, CFArrayRef) { return agent.AreSchemaVersionsInSync() ? 0 : -1; }, false, false},
     {"ActivateDocumentFontsByPath", Message::kActivateDocumentFonts,
-     WithFonts([](LiveAgent& agent, CFArrayRef fonts) {
+     [](LiveAgent& agent, CFArrayRef fonts) {
        const auto matched = MakeArray();
        const auto problems = MakeArray();
        const int result = agent.ActivateDocumentFontsByPath("/a.idml", fonts, matched.get(), problems.get());
        EXPECT_EQ(FontNamesOf(matched.get()), std::vector<std::string>{"Fault-0"});
        EXPECT_EQ(FontValue(First(matched.get()), kGM_IsActiveKey), "0") << "before the call";
        return result;
-     }),
+     },
      false, true},
-    {"ActivateFontByID", Message::kActivateFonts, WithFonts([](LiveAgent& agent, CFArrayRef fonts) {
-       return agent.ActivateFontByID(First(fonts), "a", nullptr);
-     }),
+    {"ActivateFontByID", Message::kActivateFonts,
+     [](LiveAgent& agent, CFArrayRef fonts) { return agent.ActivateFontByID(First(fonts), "a", nullptr); },
      false, true},
-    {"ActivateFontsByID", Message::kActivateFonts, WithFonts([](LiveAgent& agent, CFArrayRef fonts) {
+    {"ActivateFontsByID", Message::kActivateFonts,
+     [](LiveAgent& agent, CFArrayRef fonts) {
        const auto activated = MakeArray();
        const int result = agent.ActivateFontsByID(fonts, "a", nullptr, activated.get(), nullptr);
        EXPECT_EQ(CFArrayGetCount(activated.get()), 1);
        return result;
-     }),
+     },
      false, true},
-    {"DeactivateFont", Message::kDeactivateFonts, WithFonts([](LiveAgent& agent, CFArrayRef fonts) {
-       return agent.DeactivateFont(First(fonts), nullptr);
-     }),
-     true, false},
-    {"DeactivateFonts", Message::kDeactivateFonts, WithFonts([](LiveAgent& agent, CFArrayRef fonts) {
+    {"DeactivateFont", Message::kDeactivateFonts,
+     [](LiveAgent& agent, CFArrayRef fonts) { return agent.DeactivateFont(First(fonts), nullptr); }, true,
+     false},
+    {"DeactivateFonts", Message::kDeactivateFonts,
+     [](LiveAgent& agent, CFArrayRef fonts) {
        const auto deactivated = MakeArray();
        const int result = agent.DeactivateFonts(fonts, nullptr, deactivated.get());
        EXPECT_EQ(CFArrayGetCount(deactivated.get()), 1);
        return result;
-     }),
+     },
      true, false},
+    {"MakeSetForDocumentFonts", Message::kCreateSet,
+     [](LiveAgent& agent, CFArrayRef fonts) -> int {
+       return agent.MakeSetForDocumentFonts(CFSTR("a"), fonts);
+     },
+     false, false},
+    {"CollectFontsUsedByCurrentDocument", Message::kExportFonts,
+     [](LiveAgent& agent, CFArrayRef fonts) {
+       FakeTerminal terminal;
+       const ScopedReplacement<platform::Terminal> replaced(terminal);
+       const TemporaryFolder collected;
+       terminal.answers = {collected.Path("fonts")};
+       const int result = agent.CollectFontsUsedByCurrentDocument("a", "/a.idml", fonts);
+       EXPECT_TRUE(collected.Exists("fonts/Fault-0.ttf"));
+       return result;
+     },
+     false, false},
 };
 
 TEST_F(KilledAgentTest, OneRelaunchWithoutAWordDoesTheWork) {
@@ -105,7 +110,7 @@ TEST_F(KilledAgentTest, OneRelaunchWithoutAWordDoesTheWork) {
       ASSERT_TRUE(agent->IsRunning());
       processes.launches = 0;
       Arm(moment, row.kind);
-      EXPECT_EQ(row.call(*this, *agent, fonts.get()), 0);
+      EXPECT_EQ(row.call(*agent, fonts.get()), 0);
       EXPECT_EQ(processes.launches, 1);
       EXPECT_EQ(loom.Messages(), std::vector<std::string>{});
       EXPECT_TRUE(HornbeamGlobals::ArePluginServicesEnabled());
