@@ -109,13 +109,7 @@ TEST_F(EntriesTest, TheAbsenceOfASoundAgentIsToldByTheStartUpCalls) {
                 -1},
                {"another protocol", true, refuseTheVersion, CoreErrorCodes::kVersionMismatch,
                 CoreErrorCodes::kVersionMismatch, GOspreyConfig::kAgentRunningInWrongMode, 0}};
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
-    ResetPluginFacadeInstance();
-    m_processes.running.clear();
-    if (test.processRuns) m_processes.running.push_back({1, "/opt/Kiln/Kiln"});
-    std::unique_ptr<FakeAgent> agent;
-    if (test.behaviour) agent.reset(new FakeAgent(FakeAgent::Misbehaving(test.behaviour)));
+  const auto start = [](const auto& test) {
     EXPECT_EQ(InitAppInstance(Facade(), 4, 0), test.initApp);
     int running = 7;
     EXPECT_EQ(GetIsCoreAgentProcessRunning(Facade(), &running), test.running);
@@ -125,6 +119,18 @@ TEST_F(EntriesTest, TheAbsenceOfASoundAgentIsToldByTheStartUpCalls) {
     const TErrCode status = GetAreSchemaVersionsInSync(Facade(), &inSync);
     EXPECT_EQ(status == 0 ? inSync : -1, test.inSync);
     EXPECT_EQ(DestroyThreadInstance(Facade()), CoreErrorCodes::kSuccess);
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    ResetPluginFacadeInstance();
+    m_processes.running.clear();
+    if (test.processRuns) m_processes.running.push_back({1, "/opt/Kiln/Kiln"});
+    if (test.behaviour) {
+      const FakeAgent agent = FakeAgent::Misbehaving(test.behaviour);
+      start(test);
+    } else {
+      start(test);
+    }
   }
 }
 

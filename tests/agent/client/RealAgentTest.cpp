@@ -51,7 +51,7 @@ class RealAgentTest : public testing::Test {
   void StartKiln() { m_kiln = std::make_unique<ProgramRun>(kKiln, std::vector<std::string>{}); }
   const FontHome::Font& Font(size_t index) const { return m_fonts.fonts.at(index); }
 
-  void AddFonts(std::vector<std::string> paths) {
+  void AddFonts(const std::vector<std::string>& paths) {
     const auto results = MakeArray();
     ASSERT_EQ(KilnLibraryAddPaths(Facade(), 0, ToCFArray(paths).get(), nullptr, nullptr, results.get()),
               CoreErrorCodes::kSuccess);
