@@ -7,53 +7,20 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "Memory/CFVector.h"
-#include "XCFUtils.h"
-#include "client/LibraryInterface.h"
+#include "KilnSession.h"
 #include "client/PluginInterface.h"
-#include "support/FontBuilder.h"
 #include "support/IdmlFixture.h"
-#include "support/PrivateHome.h"
-#include "support/ProgramRun.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-constexpr const char* kKiln = HORNBEAM_STAGE "/lib/hornbeam/Kiln/Kiln";
 constexpr const char* kHornbeam = HORNBEAM_STAGE "/bin/hornbeam";
 constexpr int kLargeLibrary = 10'000;
-
-double MillisecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-std::string FamilyOf(int font) {
-  return "Family" + std::to_string(font / 8);
-}
-std::string StyleOf(int font) {
-  return "Style" + std::to_string(font % 8);
-}
-std::string NameOf(int font) {
-  return FamilyOf(font) + "-" + StyleOf(font);
-}
-
-void WriteFonts(const TemporaryFolder& folder, int count) {
-  for (int i = 0; i < count; ++i) {
-    FontBuilder font;
-    font.postScriptName = NameOf(i);
-    font.family = FamilyOf(i);
-    font.style = StyleOf(i);
-    folder.Write(font.postScriptName + ".ttf", font.TrueType());
-  }
-}
 
 // Fonts as large as the machine's own: what each of them holds, told apart by some bytes at the end, which no
 // reader looks at.
@@ -74,48 +41,6 @@ bool WriteRealFonts(const TemporaryFolder& folder, int count) {
   return !files.empty();
 }
 
-// A home with a Kiln in it, and this process as its client.
-class KilnSession {
- public:
-  KilnSession() {
-    m_home.WriteLaunchInformation(kKiln);
-    StartKiln();
-  }
-  ~KilnSession() { EndKiln(); }
-
-  static FacadeRef Facade() { return GetPluginFacadeInstance(); }
-
-  // The first answer is the end of the start-up.
-  void StartKiln() {
-    m_kiln = std::make_unique<ProgramRun>(kKiln, std::vector<std::string>{});
-    InitAppInstance(Facade(), 4, 0);
-  }
-  void EndKiln() {
-    ResetPluginFacadeInstance();
-    m_kiln->Signal(SIGTERM);
-    m_kiln->Wait();
-  }
-
-  bool AddFolder(const std::string& folder) const {
-    const auto results = MakeArray();
-    const std::vector<std::string> paths{folder};
-    return KilnLibraryAddPaths(Facade(), 0, ToCFArray(paths).get(), nullptr, nullptr, results.get()) == 0;
-  }
-
-  unsigned long RequestCount() const {
-    const RetainPtr<CFMutableDictionaryRef> status = adoptCF(CFDictionaryCreateMutable(
-        nullptr, 0, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
-    KilnLibraryStatus(Facade(), status.get());
-    return XCFUtils::GetULongFromDictString(status.get(), CFSTR("requestCount"));
-  }
-
-  const TemporaryFolder& Folder() const { return m_home.Folder(); }
-
- private:
-  const PrivateHome m_home;
-  std::unique_ptr<ProgramRun> m_kiln;
-};
-
 // One large library for all rows that want one.
 KilnSession& LargeSession() {
   static KilnSession session;
@@ -126,13 +51,6 @@ KilnSession& LargeSession() {
   }();
   benchmark::DoNotOptimize(filled);
   return session;
-}
-
-void ReportTimes(benchmark::State& state, std::vector<double> milliseconds) {
-  if (milliseconds.empty()) return;
-  std::sort(milliseconds.begin(), milliseconds.end());
-  state.counters["median_ms"] = milliseconds[milliseconds.size() / 2];
-  state.counters["p99_ms"] = milliseconds[(milliseconds.size() * 99) / 100];
 }
 
 bool IsVisibleHere(const std::string& postScriptName) {
