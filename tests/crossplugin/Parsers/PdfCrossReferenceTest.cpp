@@ -55,11 +55,12 @@ TEST(PdfCrossReference, FindsTheTable) {
 // Some producers count from a place up to three bytes in front of the file.
 TEST(PdfCrossReference, AcceptsOffsetsThatAreALittleTooLarge) {
   const std::string plain = FileWith("{{xref}}" + kTrailer + "{{startxref}}");
+  const std::string objects = plain.substr(8, plain.find("xref\n0 1") - 8);
   for (size_t tooLarge = 0; tooLarge < 5; ++tooLarge) {
     // Written for a header that is longer by some blanks, which then go.
-    const std::string blanks(tooLarge, ' ');
-    std::string file = ExpandPdf("%PDF-1.4" + blanks + plain.substr(8, plain.find("xref\n0 1") - 8) +
-                                 "{{xref}}" + kTrailer + "{{startxref}}");
+    std::string file = "%PDF-1.4";
+    file.append(tooLarge, ' ').append(objects).append("{{xref}}").append(kTrailer).append("{{startxref}}");
+    file = ExpandPdf(file);
     file.erase(8, tooLarge);
     EXPECT_EQ(ReadPdf(file).names, tooLarge < 4 ? Names{"Found"} : Names{}) << tooLarge;
   }

@@ -83,9 +83,10 @@ TEST(PdfPages, TheTreeIsWalked) {
       {"fonts behind the type neither", "/Kids [6 0 R] /Count 1", "", "/Type /Page /Font << /F 10 0 R >>"},
   };
   for (const auto& row : rows) {
-    const std::string node = "6 0 obj\n<< " + std::string(row.node6) + " >>\nendobj\n";
+    std::string nodes = pages;
+    nodes.append("6 0 obj\n<< ").append(row.node6).append(" >>\nendobj\n");
     const std::string root = "<< " + std::string(row.root) + " >>";
-    EXPECT_EQ(Joined(ReadPdf(TreeFile(root, pages + node)).names), row.names) << row.name;
+    EXPECT_EQ(Joined(ReadPdf(TreeFile(root, nodes)).names), row.names) << row.name;
   }
 }
 
@@ -137,8 +138,13 @@ TEST(PdfPages, TruncationAtEveryByteKeepsWhatWasFound) {
     EXPECT_LE(ReadPdfFile(folder.Write("cut.pdf", cut)).names.size(), 3U) << length;
     if (length > bodyEnd) continue;
     // The same with the whole table behind it, which leads to objects that broke off.
-    const PdfFonts fonts = ReadPdfFile(
-        folder.Write("cut.pdf", cut + "\n" + table + "startxref\n" + std::to_string(length + 1) + "\n%%EOF"));
+    std::string whole = cut;
+    whole.append("\n")
+        .append(table)
+        .append("startxref\n")
+        .append(std::to_string(length + 1))
+        .append("\n%%EOF");
+    const PdfFonts fonts = ReadPdfFile(folder.Write("cut.pdf", whole));
     atMost = std::max(atMost, fonts.names.size());
     EXPECT_LE(fonts.names.size(), 3U) << length;
   }
