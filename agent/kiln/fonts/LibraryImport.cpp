@@ -95,6 +95,7 @@ bool LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
   if (known.id != 0) {
     result.set_already_known(true);
     for (const uint32_t font : known.fontIDs) {
+      if (!mLibrary.workgroups.Holds(mWorkgroupID, font)) newFonts.push_back(font);
       if (!writer.PutInWorkgroup(font, mWorkgroupID)) return false;
       result.add_font_ids(font);
     }
@@ -135,6 +136,7 @@ void LibraryImport::Count(const wire::AddedFile& result) {
     mTotals.set_files_known(mTotals.files_known() + 1);
   } else {
     mTotals.set_files_added(mTotals.files_added() + 1);
+    mTotals.set_fonts_added(mTotals.fonts_added() + static_cast<uint32_t>(result.font_ids_size()));
   }
 }
 
@@ -159,7 +161,6 @@ void LibraryImport::StoreBatch() {
     Count(result);
     mUnreported[batch[i].index] = std::move(result);
   }
-  mTotals.set_fonts_added(mTotals.fonts_added() + static_cast<uint32_t>(newFonts.size()));
   mNewFonts.insert(mNewFonts.end(), newFonts.begin(), newFonts.end());
   mStored += batch.size();
   Report();

@@ -25,7 +25,8 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   using Done = std::function<void(const wire::AddFilesReply&, const std::vector<uint32_t>& newFontIDs)>;
 
   /// \param progress  Called at least once a second and for every batch. Results come in the order of the
-  /// files. \param done  Called once, behind the last progress.
+  ///                  files.
+  /// \param done  Called once, behind the last progress, with the fonts that are new in the workgroup.
   LibraryImport(boost::asio::io_context& context, FontLibrary& library, FontReaderPool& readers,
                 uint32_t workgroupID, Progress progress, Done done);
 

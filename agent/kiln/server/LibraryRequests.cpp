@@ -75,22 +75,16 @@ void LibraryRequests::ListFonts(Connection& connection, const wire::ListFontsReq
   FontLibrary& library = *mState.library;
   const WorkgroupScope scope(request.workgroup_ids());
   const uint32_t limit = request.limit() == 0 ? kFontsPerPage : std::min(request.limit(), kFontsPerPage);
-  uint32_t after = request.after_id();
-  // Fonts outside the scope don't count for the page, so that one page may take several looks.
-  for (;;) {
-    const std::vector<uint32_t> ids = library.fonts.After(after, kFontsPerPage, scope);
-    for (const uint32_t id : ids) {
-      after = id;
-      std::optional<FontRow> row = library.fonts.Load(id, scope);
-      if (!row) continue;
-      if (static_cast<uint32_t>(reply.fonts_size()) == limit) {
-        reply.set_more(true);
-        return;
-      }
-      row->font.set_state(library.book.StateFor(*row, connection.clientID));
-      *reply.add_fonts() = std::move(row->font);
+  const std::vector<uint32_t> ids = library.fonts.After(request.after_id(), limit + 1, scope);
+  for (const uint32_t id : ids) {
+    if (static_cast<uint32_t>(reply.fonts_size()) == limit) {
+      reply.set_more(true);
+      return;
     }
-    if (ids.size() < kFontsPerPage) return;
+    std::optional<FontRow> row = library.fonts.Load(id, scope);
+    if (!row) continue;
+    row->font.set_state(library.book.StateFor(*row, connection.clientID));
+    *reply.add_fonts() = std::move(row->font);
   }
 }
 

@@ -26,6 +26,11 @@ bool IsLasting(uint32_t error) {
          error == codes::kInvalidPath;
 }
 
+bool IsBelowAny(const std::string& path, const std::vector<std::string>& folders) {
+  return std::any_of(folders.begin(), folders.end(),
+                     [&path](const std::string& folder) { return path.starts_with(folder + "/"); });
+}
+
 }  // namespace
 
 FolderSync::FolderSync(const LibraryServices& services, std::vector<FolderSource> sources, Options options,
@@ -76,9 +81,7 @@ void FolderSync::Compare(FolderWalk::Found& found) {
       work.toRead.push_back({path, file});
   }
   for (const auto& [path, file] : known) {
-    const bool hidden = std::any_of(found.unreadable.begin(), found.unreadable.end(),
-                                    [&path](const auto& folder) { return path.starts_with(folder + "/"); });
-    if (found.files.count(path) == 0 && !hidden) work.gone.push_back(path);
+    if (found.files.count(path) == 0 && !IsBelowAny(path, found.unreadable)) work.gone.push_back(path);
   }
   mStepCount += work.toRead.size();
 }
@@ -93,7 +96,9 @@ void FolderSync::Import() {
   std::vector<std::string> paths;
   for (const File& file : work.toRead) paths.push_back(file.path);
   const auto progress = [self = shared_from_this()](const wire::AddFilesProgress& made) { self->Take(made); };
-  const auto done = [self = shared_from_this()](const wire::AddFilesReply&, const std::vector<uint32_t>&) {
+  const auto done = [self = shared_from_this()](const wire::AddFilesReply&,
+                                                const std::vector<uint32_t>& come) {
+    self->mChanged.insert(self->mChanged.end(), come.begin(), come.end());
     self->EndOne();
   };
   const auto import = std::make_shared<LibraryImport>(mServices.context, mServices.library, mServices.readers,
@@ -127,7 +132,6 @@ bool FolderSync::Note(const wire::AddedFile& result, const File& file) {
     return !IsLasting(result.error()) ||
            library.folderFiles.Put(source.workgroupID, file.path, file.known, 0);
   }
-  mChanged.insert(mChanged.end(), result.font_ids().begin(), result.font_ids().end());
   for (const std::string& name : result.postscript_names()) {
     if (source.refused.count(name) > 0 && !library.workgroups.Refuse(source.workgroupID, name)) return false;
   }

@@ -23,9 +23,13 @@ FontStore::FontStore(Database& database, const KilnPaths& paths)
                   "SELECT id FROM fonts WHERE family = ?1 UNION SELECT f.id FROM fonts f"
                   " JOIN family_groups g ON g.id = f.family_group_id WHERE g.name = ?1 ORDER BY 1"),
       mInFamilyGroup(database, "SELECT id FROM fonts WHERE family_group_id = ? ORDER BY id"),
-      mAfter(database, "SELECT id FROM fonts WHERE id > ? ORDER BY id LIMIT ?"),
+      mAfter(database,
+             "SELECT f.id FROM fonts f WHERE f.id > ? AND EXISTS (SELECT 1 FROM workgroup_fonts m"
+             " JOIN workgroups w ON w.id = m.workgroup_id WHERE m.font_id = f.id AND w.hidden = 0)"
+             " ORDER BY f.id LIMIT ?"),
       mAfterInWorkgroup(database,
-                        "SELECT font_id FROM workgroup_fonts WHERE workgroup_id = ? AND font_id > ?"
+                        "SELECT font_id FROM workgroup_fonts WHERE workgroup_id ="
+                        " (SELECT id FROM workgroups WHERE id = ? AND hidden = 0) AND font_id > ?"
                         " ORDER BY font_id LIMIT ?"),
       mCountOfLibrary(database,
                       "SELECT count(*) FROM fonts f JOIN files i ON i.id = f.file_id WHERE i.hash IS NOT NULL"

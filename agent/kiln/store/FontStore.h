@@ -36,8 +36,7 @@ class FontStore {
   std::vector<uint32_t> WithPostScriptName(const std::string& name);
   std::vector<uint32_t> WithFamily(const std::string& name);
   std::vector<uint32_t> InFamilyGroup(uint32_t group);
-  /// Fonts behind an ID, by ascending ID, up to `limit` of them: of the workgroups that the scope names, or
-  /// all there are. Load() tells which of them the scope really has.
+  /// Fonts of a scope behind an ID, by ascending ID, up to `limit` of them.
   std::vector<uint32_t> After(uint32_t id, uint32_t limit, const WorkgroupScope& scope);
 
   uint32_t CountOfLibrary();

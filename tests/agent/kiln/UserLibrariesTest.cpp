@@ -108,11 +108,15 @@ TEST_F(UserLibrariesTest, OfACollectionTheLastFaceTakesTheFileWithIt) {
   EXPECT_TRUE(VaultComesTo(2));
 }
 
-TEST_F(UserLibrariesTest, AddingFilesIsToldAsAReplication) {
-  wire::ClientMessage request;
-  request.mutable_add_files()->add_paths(FontFile("Other-Regular"));
-  EXPECT_EQ(Ask(request).error(), 0u);
+TEST_F(UserLibrariesTest, AddingFilesIsToldAsAReplicationAndByItsFonts) {
   EXPECT_EQ(WaitForReplication(), wire::REPLICATION_INCREMENTAL);
+  EXPECT_TRUE(WaitFor(wire::ServerMessage::kLibraryChanged));
+  wire::ClientMessage request;
+  request.mutable_add_files()->add_paths(mFiles.Path("Testa-Bold.ttf"));
+  request.mutable_add_files()->set_workgroup_id(Create("Posters"));
+  EXPECT_EQ(Ask(request).add_files().fonts_added(), 0u);
+  const auto event = mClient->WaitForEvent(wire::ServerMessage::kLibraryChanged);
+  EXPECT_EQ(event->library_changed().font_ids(0), mClient->IdOf("Testa-Bold")) << "new in that library";
 }
 
 }  // namespace
