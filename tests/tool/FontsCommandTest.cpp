@@ -54,8 +54,8 @@ TEST_F(FontsCommandTest, KeepsTheOrderOfManyFilesBelowAFolder) {
   std::string expected;
   for (int i = 100; i < 300; ++i) {
     const std::string name = "Font" + std::to_string(i);
-    expected += WriteEps("art/" + std::to_string(i) + ".EPS", "%%DocumentFonts: " + name + "\n") +
-                ": EPS\n  " + name + "  (comment)\n";
+    expected += WriteEps("art/" + std::to_string(i) + ".EPS", "%%DocumentFonts: " + name + "\n");
+    expected.append(": EPS\n  ").append(name).append("  (comment)\n");
   }
   m_folder.Write("art/notes.txt", "%%DocumentFonts: No");
   EXPECT_EQ(RunHornbeam({"fonts", "-r", m_folder.Path("art")}).output, expected);
