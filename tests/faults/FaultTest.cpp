@@ -118,7 +118,7 @@ Interposer& FaultTest::Interpose() {
 }
 
 RetainPtr<CFMutableArrayRef> FaultTest::FontsNamed(const std::vector<std::string>& names) {
-  const auto fonts = MakeArray();
+  auto fonts = MakeArray();
   for (const std::string& name : names) {
     CFArrayAppendValue(fonts.get(), MakeFontRecord({{kGM_PostScriptNameKey, name}}).get());
   }
