@@ -1,11 +1,10 @@
 #include "kiln/activation/ActivationBook.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <set>
 #include <utility>
 
+#include "kiln/fonts/Vault.h"
 #include "kiln/store/Database.h"
 #include "protocol/ActivationStates.h"
 #include "protocol/ErrorCodes.h"
@@ -80,8 +79,8 @@ class ActivationBook::Change {
   }
 
   std::map<int64_t, std::string> madeVisible;  // files and where their links are now
-  std::set<int64_t> foundMissing;              // files that have turned out to have gone
-  std::vector<uint32_t> missing;               // their fonts
+  std::set<int64_t> lookedAt;                  // files whose state has turned out to be another one
+  std::vector<uint32_t> missing;               // fonts of those that have gone
 
   uint32_t Commit() {
     if (mFailed || !mTransaction.Began()) return mBook.mDatabase.Error();
@@ -137,7 +136,8 @@ uint32_t ActivationBook::Start(const std::function<bool(int64_t)>& clientIsAlive
   }
   for (const LibraryWriter::LinkedFile& file : withoutLink) {
     std::string link;
-    const bool linked = mLinks.Add(file.path, file.name, link) == 0;
+    const bool linked = Vault::StateOf(file.path, file.size) == FileState::kSound &&
+                        mLinks.Add(file.path, file.name, link) == codes::kSuccess;
     if (!mWriter.SetLink(file.id, linked ? link : "")) return mDatabase.Error();
   }
   return transaction.Commit();
@@ -160,26 +160,35 @@ wire::ActivationState ActivationBook::StateFrom(const FontRow& row, const std::v
   }
   const ActivationRow* own = RowOf(rows, clientID);
   if (own && !IsGlobal(own->kind)) return own->kind;
-  return row.missing ? wire::ACTIVATION_MISSING : wire::ACTIVATION_INACTIVE;
+  return StateOfInactive(row.file);
 }
 
-void ActivationBook::NoteMissing(const FontRow& row, Change& change) {
-  if (row.missing || !change.foundMissing.insert(row.fileID).second) return;
-  change.Check(mWriter.SetMissing(row.fileID, true));
+// Of all the file's fonts, the first time.
+void ActivationBook::NoteState(const FontRow& row, FileState state, Change& change) {
+  if (row.file == state || !change.lookedAt.insert(row.fileID).second) return;
+  change.Check(mWriter.SetState(row.fileID, state));
+  if (state != FileState::kMissing) return;
   const std::vector<uint32_t> fonts = mActivations.FontsOfFile(row.fileID);
   change.missing.insert(change.missing.end(), fonts.begin(), fonts.end());
 }
 
-// Links the file unless that is done. On failure nothing is recorded but that the file has gone.
+// Whether a file that isn't active could be, which is noted.
+uint32_t ActivationBook::CheckFile(const FontRow& row, Change& change) {
+  const FileState state = Vault::StateOf(row.font.path(), row.font.outline_file_size());
+  NoteState(row, state, change);
+  if (state == FileState::kMissing) return codes::kFontMissing;
+  return state == FileState::kUnusable ? codes::kCorrupt : codes::kSuccess;
+}
+
+// Links the file unless that is done. On failure nothing is recorded but the state of the file.
 uint32_t ActivationBook::MakeVisible(FontRow& row, Change& change) {
   if (!row.font.link_path().empty()) return codes::kSuccess;
+  if (const uint32_t error = CheckFile(row, change)) return error;
   std::string link;
   const uint32_t error = mLinks.Add(row.font.path(), row.font.outline_file_name(), link);
-  if (error == codes::kFontMissing) NoteMissing(row, change);
   if (error != codes::kSuccess) return error;
   change.AddedLink(link, row.font.path());
   change.Check(mWriter.SetLink(row.fileID, link));
-  if (row.missing) change.Check(mWriter.SetMissing(row.fileID, false));
   row.font.set_link_path(mLinks.PathOf(link));
   change.madeVisible[row.fileID] = row.font.link_path();
   return codes::kSuccess;
@@ -195,9 +204,8 @@ uint32_t ActivationBook::ActivateOne(int64_t clientID, FontRow& row, const std::
   if (row.font.refused() && !visible && (IsGlobal(kind) || !own)) return codes::kLicenseComplianceViolation;
   if (IsGlobal(kind)) {
     if (const uint32_t error = MakeVisible(row, change)) return error;
-  } else if (!visible && access(row.font.path().c_str(), R_OK) != 0) {
-    NoteMissing(row, change);
-    return codes::kFontMissing;
+  } else if (!visible) {
+    if (const uint32_t error = CheckFile(row, change)) return error;
   }
   if (byHand) {
     for (const ActivationRow& other : rows) {

@@ -74,7 +74,8 @@ class ActivationBook {
   uint32_t ActivateOne(int64_t clientID, FontRow& row, const std::vector<ActivationRow>& rows,
                        wire::ActivationMode mode, Change& change);
   uint32_t MakeVisible(FontRow& row, Change& change);
-  void NoteMissing(const FontRow& row, Change& change);
+  uint32_t CheckFile(const FontRow& row, Change& change);
+  void NoteState(const FontRow& row, FileState state, Change& change);
 
   Database& mDatabase;
   FontStore& mFonts;

@@ -183,7 +183,16 @@ bool LinkFolder::Restore(const std::string& place, const std::string& path, uint
   const std::string link = PathOf(place);
   if (lstat(link.c_str(), &found) != 0 || !S_ISREG(found.st_mode)) return false;
   if (static_cast<uint64_t>(found.st_size) != size) return false;
+  if (stat(path.c_str(), &found) == 0 && static_cast<uint64_t>(found.st_size) != size) unlink(path.c_str());
   return PutBack(link, path) == 0;
+}
+
+void LinkFolder::Renew(const std::string& place, const std::string& path, uint64_t size) {
+  const std::string link = PathOf(place);
+  if (IsInPlace(link, {path, place, size})) return;
+  if (MakeFolders(link.substr(0, link.rfind('/'))) != 0) return;
+  unlink(link.c_str());
+  LinkOrCopy(path, link);
 }
 
 bool LinkFolder::Holds(const std::string& place) const {

@@ -35,10 +35,14 @@ class LinkFolder {
   /// \param path  The file in the vault. Where that has gone, it is put back from here first.
   void Remove(const std::string& link, const std::string& path);
 
-  /// Puts a file whose copy in the vault has gone back to `path` from here. The vault's folder must be there.
+  /// Puts a file whose copy in the vault has gone, or has another size, back to `path` from here. The vault's
+  /// folder must be there.
   /// \param size  The file's; another one here isn't it.
   /// \return False when it isn't here either, or couldn't be put back.
   bool Restore(const std::string& link, const std::string& path, uint64_t size);
+
+  /// Makes a place hold the file again, if it doesn't: the file in the vault is sound. What can't be is left.
+  void Renew(const std::string& link, const std::string& path, uint64_t size);
 
   /// Whether a place still holds a file.
   bool Holds(const std::string& link) const;

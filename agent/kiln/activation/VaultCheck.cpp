@@ -1,22 +1,13 @@
 #include "kiln/activation/VaultCheck.h"
 
-#include <sys/stat.h>
-
 #include <utility>
 
+#include "kiln/fonts/Vault.h"
 #include "kiln/store/Database.h"
 #include "protocol/ActivationStates.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
-namespace {
-
-bool IsThere(const std::string& path) {
-  struct stat found {};
-  return stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode);
-}
-
-}  // namespace
 
 VaultCheck::VaultCheck(Database& database, FontStore& fonts, ActivationStore& activations,
                        LibraryWriter& writer, LinkFolder& links)
@@ -38,32 +29,38 @@ uint32_t VaultCheck::Look(std::span<const VaultFile> files, ActivationChange& ch
 
 // False when the database failed.
 bool VaultCheck::LookAt(const VaultFile& file, ActivationChange& change) {
-  if (IsThere(file.path)) return Found(file, change);
+  const FileState state = Vault::StateOf(file.path, file.size);
+  if (state == FileState::kSound) return Found(file, change);
   if (!file.link.empty()) {
     if (mLinks.Restore(file.link, file.path, file.size)) return Found(file, change);
     // As long as programs see it, it isn't lost; a later look may find room to put it back.
-    if (mLinks.Holds(file.link)) return true;
+    if (state == FileState::kMissing && mLinks.Holds(file.link)) return true;
   }
-  return (file.missing && file.link.empty()) || Lost(file, change);
+  if (state == FileState::kMissing) return (file.state == state && file.link.empty()) || Lost(file, change);
+  return file.state == state || mWriter.SetState(file.id, state);
 }
 
 bool VaultCheck::Lost(const VaultFile& file, ActivationChange& change) {
   for (const FontRow& row : ActiveFonts(file.id)) {
     if (!file.link.empty()) change.deactivated.push_back(PlaceOf(row.font, false));
   }
-  if (!file.missing) {
+  if (file.state != FileState::kMissing) {
     for (const uint32_t font : mActivations.FontsOfFile(file.id)) change.missing.push_back(font);
   }
   if (!file.link.empty()) {
     mLinks.Remove(file.link, file.path);
     if (!mWriter.SetLink(file.id, "")) return false;
   }
-  return mWriter.SetMissing(file.id, true);
+  return mWriter.SetState(file.id, FileState::kMissing);
 }
 
 bool VaultCheck::Found(const VaultFile& file, ActivationChange& change) {
-  if (file.missing && !mWriter.SetMissing(file.id, false)) return false;
-  if (!file.link.empty() || !mActivations.FileIsActive(file.id)) return true;
+  if (file.state != FileState::kSound && !mWriter.SetState(file.id, FileState::kSound)) return false;
+  if (!file.link.empty()) {
+    mLinks.Renew(file.link, file.path, file.size);
+    return true;
+  }
+  if (!mActivations.FileIsActive(file.id)) return true;
   std::string link;
   if (mLinks.Add(file.path, file.name, link) != codes::kSuccess) return true;
   if (!mWriter.SetLink(file.id, link)) {

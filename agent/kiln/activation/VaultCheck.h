@@ -14,11 +14,16 @@ namespace kiln {
 
 class Database;
 
-/// Looks whether files of the vault are there, and brings what is noted and what is active into step.
+/// Looks whether files of the vault are there and sound, and brings what is noted and what is active into
+/// step.
 ///
 /// A file that has gone while it is active is put back from its link, so that nothing is lost. Without link
 /// it is missing: its fonts are no longer active for programs, though their activations stand. When it is
 /// back, they are active again.
+///
+/// A file that is there but isn't what was put there is noted as unusable, until it is replaced. If it is
+/// active, it stays so: what programs see is the same file. A link that isn't the file's any more is made
+/// anew.
 class VaultCheck {
  public:
   VaultCheck(Database& database, FontStore& fonts, ActivationStore& activations, LibraryWriter& writer,

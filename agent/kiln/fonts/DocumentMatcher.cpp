@@ -1,12 +1,11 @@
 #include "kiln/fonts/DocumentMatcher.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "kiln/fonts/FontRanking.h"
+#include "kiln/fonts/Vault.h"
 #include "kiln/store/Database.h"
 #include "protocol/ActivationStates.h"
 #include "protocol/ErrorCodes.h"
@@ -35,6 +34,16 @@ struct Better {
   }
 };
 
+// As far as is noted.
+bool IsThere(const wire::Font& font) {
+  return font.state() != wire::ACTIVATION_MISSING && font.state() != wire::ACTIVATION_UNUSABLE;
+}
+
+// What becomes of a font that isn't active by a look at its file.
+wire::ActivationState StateOfFile(const wire::Font& font) {
+  return StateOfInactive(Vault::StateOf(font.path(), font.outline_file_size()));
+}
+
 // What a mark keeps from being activated; a font that is active stays so.
 bool IsRefused(const wire::Font& font) {
   return font.refused() && !IsActive(font.state());
@@ -56,7 +65,7 @@ std::vector<FontRow> DocumentMatcher::Ranked(int64_t clientID, const std::vector
     if (!row) continue;
     row->font.set_state(mBook.StateFor(*row, clientID));
     // It may have come back a moment ago.
-    if (row->font.state() == wire::ACTIVATION_MISSING && access(row->font.path().c_str(), R_OK) == 0) {
+    if (!IsThere(row->font) && StateOfFile(row->font) == wire::ACTIVATION_INACTIVE) {
       row->font.set_state(wire::ACTIVATION_INACTIVE);
     }
     rows.push_back(std::move(*row));
@@ -84,16 +93,17 @@ void DocumentMatcher::MatchOne(int64_t clientID, const wire::ActivateDocumentFon
     return;
   }
   // Only the best one's file matters; one that has just gone leaves its place to the next.
-  while (ranked.front().font.state() == wire::ACTIVATION_INACTIVE &&
-         access(ranked.front().font.path().c_str(), R_OK) != 0) {
-    ranked.front().font.set_state(wire::ACTIVATION_MISSING);
+  while (ranked.front().font.state() == wire::ACTIVATION_INACTIVE) {
+    const wire::ActivationState now = StateOfFile(ranked.front().font);
+    if (now == wire::ACTIVATION_INACTIVE) break;
+    ranked.front().font.set_state(now);
     std::sort(ranked.begin(), ranked.end(), Better{useful});
   }
-  if (ranked.front().font.state() == wire::ACTIVATION_MISSING && ranked.front().missing) {
+  if (ranked.front().font.state() == wire::ACTIVATION_MISSING && ranked.front().file == FileState::kMissing) {
     matching.problems[index] = {wire::ProblemFont::FILE_MISSING, codes::kFontMissing, best};
     return;
   }
-  // That a file is missing which isn't noted as such is for the activation to find and to note.
+  // That a file is missing or unusable which isn't noted as such is for the activation to find and to note.
   matching.Choose(index, std::move(ranked.front()), false);
 }
 
@@ -112,7 +122,7 @@ void DocumentMatcher::AddFamilies(int64_t clientID, const WorkgroupScope& scope,
     const uint32_t group = groupOf[choice.fontID];
     if (!groups.insert(group).second) continue;
     for (FontRow& member : Ranked(clientID, mFonts.InFamilyGroup(group), scope, nullptr)) {
-      if (member.font.state() == wire::ACTIVATION_MISSING || IsRefused(member.font)) continue;
+      if (!IsThere(member.font) || IsRefused(member.font)) continue;
       if (names.insert(member.font.postscript_name()).second)
         matching.Choose(choice.index, std::move(member), true);
     }

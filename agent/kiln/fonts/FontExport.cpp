@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "kiln/fonts/FontCopier.h"
+#include "kiln/fonts/Vault.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -22,6 +23,12 @@ std::string MetricsBeside(const std::string& source) {
     if (access(metrics.c_str(), R_OK) == 0) return metrics;
   }
   return "";
+}
+
+uint32_t CopyOne(FontExport::File& file, FontCopier& copier) {
+  const bool damaged = file.size != 0 && Vault::StateOf(file.source, file.size) == FileState::kUnusable;
+  if (damaged) return codes::kCorrupt;
+  return copier.Copy(file.source, file.name, file.withMetrics ? MetricsBeside(file.source) : "", file.copy);
 }
 
 }  // namespace
@@ -45,9 +52,7 @@ void FontExport::Start(boost::asio::thread_pool& worker) {
     for (File& file : self->mFiles) {
       if (error != codes::kSuccess || self->mStopped) break;
       // Behind a full disk a smaller file might fit, but half a document's fonts help nobody.
-      file.error = diskFull ? codes::kDiskFull
-                            : copier.Copy(file.source, file.name,
-                                          file.withMetrics ? MetricsBeside(file.source) : "", file.copy);
+      file.error = diskFull ? codes::kDiskFull : CopyOne(file, copier);
       diskFull = file.error == codes::kDiskFull;
       ++self->mFilesDone;
     }

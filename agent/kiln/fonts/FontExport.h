@@ -23,9 +23,10 @@ class FontExport : public std::enable_shared_from_this<FontExport> {
   struct File {
     std::string source;
     std::string name;          ///< wanted in the folder
+    uint64_t size = 0;         ///< that the source must have; 0: any
     bool withMetrics = false;  ///< of Type 1: an AFM that lies beside the source goes with it
     std::string copy;          ///< receives the copy's path, empty with an error
-    uint32_t error = 0;        ///< receives 0, kFontMissing, kDiskFull or kCouldNotCopyFile
+    uint32_t error = 0;        ///< receives 0, kFontMissing, kCorrupt, kDiskFull or kCouldNotCopyFile
   };
   /// Twice a second. \param done  Files that are through, of all. \return False to stop the run.
   using Progress = std::function<bool(size_t done)>;

@@ -90,7 +90,8 @@ bool LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
   const std::string name = arrival.path.substr(arrival.path.rfind('/') + 1);
   const std::string extension = known.id != 0 ? known.extension : Vault::ExtensionOf(name);
   // Also for a known file, whose copy in the vault may have gone.
-  result.set_error(mLibrary.vault.TakeIn(arrival.incoming, file.has_metrics(), file.sha256(), extension));
+  result.set_error(
+      mLibrary.vault.TakeIn(arrival.incoming, file.has_metrics(), file.sha256(), extension, file.size()));
   if (result.error() != codes::kSuccess) return true;
   if (known.id != 0) {
     result.set_already_known(true);
@@ -101,7 +102,7 @@ bool LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
     }
     for (const std::string& postScriptName : known.postScriptNames)
       result.add_postscript_names(postScriptName);
-    return writer.SetMissing(known.id, false);
+    return writer.SetState(known.id, FileState::kSound);
   }
   const int64_t id = writer.AddVaultFile(file, extension, name);
   if (id == 0) return false;

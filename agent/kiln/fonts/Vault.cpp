@@ -1,5 +1,6 @@
 #include "kiln/fonts/Vault.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cctype>
@@ -39,15 +40,23 @@ std::string Vault::NewIncomingPath() {
 }
 
 uint32_t Vault::TakeIn(const std::string& incoming, bool metrics, const std::string& hash,
-                       const std::string& extension) {
+                       const std::string& extension, uint64_t size) {
   const std::string path = PathOf(mPaths, hash, extension);
   if (const int error = MakeFolders(path.substr(0, path.rfind('/')))) return CodeOf(error);
-  if (access(path.c_str(), F_OK) == 0) {
+  if (StateOf(path, size) == FileState::kSound) {
     Discard(incoming);
     return codes::kSuccess;
   }
   if (metrics) std::rename((incoming + kMetricsSuffix).c_str(), (path + kMetricsSuffix).c_str());
   return std::rename(incoming.c_str(), path.c_str()) == 0 ? codes::kSuccess : CodeOf(errno);
+}
+
+FileState Vault::StateOf(const std::string& path, uint64_t size) {
+  struct stat found {};
+  if (stat(path.c_str(), &found) != 0) return FileState::kMissing;
+  const bool sound = S_ISREG(found.st_mode) && static_cast<uint64_t>(found.st_size) == size &&
+                     access(path.c_str(), R_OK) == 0;
+  return sound ? FileState::kSound : FileState::kUnusable;
 }
 
 void Vault::Remove(const std::string& path) {

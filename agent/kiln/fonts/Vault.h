@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "kiln/store/FileState.h"
 #include "kiln/system/KilnPaths.h"
 
 namespace kiln {
@@ -20,10 +21,13 @@ class Vault {
   /// A path in the incoming folder that no file has; each call gives another.
   std::string NewIncomingPath();
 
-  /// Moves a copy and, with `metrics`, its ".afm" to their place. One that is there already stays, and the
-  /// copy is removed. \return 0, kDiskFull or kFileSystemError.
+  /// Moves a copy and, with `metrics`, its ".afm" to their place. A sound file that is there already stays,
+  /// and the copy is removed. \param size  Of the file. \return 0, kDiskFull or kFileSystemError.
   uint32_t TakeIn(const std::string& incoming, bool metrics, const std::string& hash,
-                  const std::string& extension);
+                  const std::string& extension, uint64_t size);
+
+  /// Whether a file still is what was put there, as far as a look without reading it tells.
+  static FileState StateOf(const std::string& path, uint64_t size);
 
   /// Removes a file of the vault and its metrics.
   static void Remove(const std::string& path);

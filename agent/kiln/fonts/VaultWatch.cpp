@@ -48,6 +48,7 @@ VaultWatch::VaultWatch(boost::asio::io_context& context, FontLibrary& library, c
       mAnnounce(std::move(announce)),
       mWatch(context, IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF,
              [this] { OnChange(); }),
+      mWrites(context, IN_MODIFY, [this] { Begin({}); }),
       mFirstLook(context) {}
 
 std::string VaultWatch::PathOf(int number) const {
@@ -57,7 +58,10 @@ std::string VaultWatch::PathOf(int number) const {
 void VaultWatch::WatchFolders() {
   mWatch.Add(mPaths.data);
   mWatch.Add(mPaths.vault);
-  for (int i = 0; i < kFolders; ++i) mWatch.Add(PathOf(i));
+  for (int i = 0; i < kFolders; ++i) {
+    mWatch.Add(PathOf(i));
+    mWrites.Add(PathOf(i));
+  }
 }
 
 void VaultWatch::Start() {

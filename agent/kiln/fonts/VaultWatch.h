@@ -17,11 +17,13 @@ class BoundedLog;
 struct FontLibrary;
 struct KilnPaths;
 
-/// Notices when files of the vault go and come back: by a watch of its folders, and by looking at all of
-/// them. What is made of it, VaultCheck tells.
+/// Notices when files of the vault go, come back and are written to: by a watch of its folders, and by
+/// looking at all of them. What is made of it, VaultCheck tells.
 ///
 /// A look takes the vault folder by folder, so that clients aren't kept waiting; one that follows a change
-/// passes over the folders that haven't changed since they were last looked at.
+/// passes over the folders in which nothing has come or gone since they were last looked at. Kiln itself
+/// never writes to a file that is in its place, so that a look behind such a writing is rare, and looks at
+/// all.
 class VaultWatch {
  public:
   using Announce = std::function<void(const ActivationChange&)>;
@@ -71,6 +73,7 @@ class VaultWatch {
   BoundedLog& mLog;
   const Announce mAnnounce;
   FolderWatch mWatch;
+  FolderWatch mWrites;
   boost::asio::steady_timer mFirstLook;
   std::array<int64_t, kFolders>
       mLookedAt{};  // time of change of the folder that the last look saw, 0 for none

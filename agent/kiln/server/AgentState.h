@@ -27,7 +27,7 @@ struct AgentState {
   std::unique_ptr<SystemFonts> systemFonts;
   std::unique_ptr<LibrarySources> sources;  ///< there with the library
   uint32_t vaultError = 0;
-  uint64_t requestCount = 0;                         ///< pings and questions for the status left out
+  uint64_t requestCount = 0;                         ///< without what asks only how Kiln is
   std::unique_ptr<VaultWatch> vaultWatch = nullptr;  ///< there with the library
 };
 

@@ -42,6 +42,13 @@ bool NeedsSystemFonts(wire::ClientMessage::BodyCase body) {
   }
 }
 
+// Pings, and what `hornbeam status` asks.
+bool AsksHowKilnIs(wire::ClientMessage::BodyCase body) {
+  return body == wire::ClientMessage::kPing || body == wire::ClientMessage::kStatus ||
+         body == wire::ClientMessage::kServerState || body == wire::ClientMessage::kGoogleState ||
+         body == wire::ClientMessage::kReplicationState;
+}
+
 // Most errors come without a body. These say what was done all the same, or how to understand the error.
 bool TellsMoreThanTheError(const wire::ServerMessage& reply) {
   return reply.has_hello() ||
@@ -164,10 +171,7 @@ void Server::OnMessage(const std::shared_ptr<Connection>& connection, const wire
     mLog.Print("'%s' (process %d) didn't wait for its fonts", connection->program.c_str(), connection->Pid());
     return;
   }
-  if (message.body_case() != wire::ClientMessage::kPing &&
-      message.body_case() != wire::ClientMessage::kStatus) {
-    ++mState.requestCount;
-  }
+  if (!AsksHowKilnIs(message.body_case())) ++mState.requestCount;
   if (mState.systemFonts && NeedsSystemFonts(message.body_case())) {
     mState.systemFonts->WhenReady([this, weak = std::weak_ptr<Connection>(connection), message] {
       if (const std::shared_ptr<Connection> still = weak.lock()) Answer(still, message);

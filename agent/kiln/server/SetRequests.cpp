@@ -118,6 +118,7 @@ uint32_t SetRequests::ExportFonts(const std::shared_ptr<Connection>& connection,
     FontExport::File& file = files.emplace_back();
     file.source = row->font.path();
     file.name = row->font.outline_file_name();
+    if (row->font.in_vault()) file.size = row->font.outline_file_size();
     file.withMetrics = row->font.kind() == wire::FONT_KIND_POSTSCRIPT;
   }
   const auto total = static_cast<uint32_t>(files.size());

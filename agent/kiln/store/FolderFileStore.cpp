@@ -4,7 +4,7 @@ namespace kiln {
 
 FolderFileStore::FolderFileStore(Database& database)
     : mOf(database,
-          "SELECT p.path, p.size, CASE WHEN i.missing THEN -1 ELSE p.modified END FROM folder_files p"
+          "SELECT p.path, p.size, CASE WHEN i.state THEN -1 ELSE p.modified END FROM folder_files p"
           " LEFT JOIN files i ON i.id = p.file_id WHERE p.workgroup_id = ?"),
       mPut(database,
            "INSERT INTO folder_files (workgroup_id, path, size, modified, file_id)"

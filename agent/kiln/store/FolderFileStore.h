@@ -23,7 +23,7 @@ class FolderFileStore {
 
     bool operator==(const File&) const = default;
   };
-  /// By path. One whose copy in the vault has gone has no time, so that it is read again.
+  /// By path. One whose copy in the vault isn't sound has no time, so that it is read again.
   std::map<std::string, File> Of(uint32_t workgroupID);
 
   /// Notes what a file holds: the library's file with that font. \param fontID  0: it is no font.

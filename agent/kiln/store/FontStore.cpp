@@ -12,7 +12,7 @@ FontStore::FontStore(Database& database, const KilnPaths& paths)
             "SELECT f.postscript_name, f.kind, f.foundry, f.version, f.kerning_checksum, i.checksum,"
             " f.glyphmark_checksum, i.size, i.name, f.family, f.style, f.display_name, g.id, g.name, "
             "f.face_index,"
-            " i.id, i.hash, i.system_path, i.extension, i.link, i.missing"
+            " i.id, i.hash, i.system_path, i.extension, i.link, i.state"
             " FROM fonts f JOIN files i ON i.id = f.file_id JOIN family_groups g ON g.id = f.family_group_id"
             " WHERE f.id = ?"),
       mWorkgroups(database,
@@ -85,7 +85,7 @@ std::optional<FontRow> FontStore::Load(uint32_t id, const WorkgroupScope& scope)
   font.set_in_vault(!font.is_system());
   font.set_path(font.is_system() ? mLoad.Text(17) : Vault::PathOf(mPaths, mLoad.Text(16), mLoad.Text(18)));
   if (!mLoad.IsNull(19)) font.set_link_path(mPaths.links + "/" + mLoad.Text(19));
-  row.missing = mLoad.Number(20) != 0;
+  row.file = static_cast<FileState>(mLoad.Number(20));
   while (mLoad.Next()) continue;
   if (!ReadWorkgroup(scope, font)) return std::nullopt;
   return row;

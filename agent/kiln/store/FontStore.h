@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "kiln/store/FileState.h"
 #include "kiln/store/Statement.h"
 #include "kiln/store/WorkgroupScope.h"
 #include "kiln/system/KilnPaths.h"
@@ -19,7 +20,7 @@ class Database;
 struct FontRow {
   wire::Font font;
   int64_t fileID = 0;
-  bool missing = false;  ///< the file was looked for and had gone
+  FileState file = FileState::kSound;
 };
 
 /// The faces of the library's files and of the system's. Reading only; LibraryWriter writes.

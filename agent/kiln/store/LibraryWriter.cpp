@@ -45,7 +45,7 @@ LibraryWriter::LibraryWriter(Database& database, const KilnPaths& paths)
                " OR EXISTS (SELECT 1 FROM activations a WHERE a.font_id = f.id)))"
                " FROM files i WHERE i.id > ? AND i.hash IS NOT NULL ORDER BY i.id LIMIT ?"),
       mSetDescribed(database, "UPDATE files SET described = 1, checksum = ? WHERE id = ?"),
-      mSetMissing(database, "UPDATE files SET missing = ? WHERE id = ?"),
+      mSetState(database, "UPDATE files SET state = ? WHERE id = ?"),
       mSetLink(database, "UPDATE files SET link = nullif(?, '') WHERE id = ?"),
       mSystemFiles(
           database,
@@ -143,8 +143,8 @@ bool LibraryWriter::SetDescribed(int64_t fileID, uint32_t checksum) {
   return mSetDescribed.Run(checksum, fileID);
 }
 
-bool LibraryWriter::SetMissing(int64_t fileID, bool missing) {
-  return mSetMissing.Run(missing, fileID);
+bool LibraryWriter::SetState(int64_t fileID, FileState state) {
+  return mSetState.Run(static_cast<int>(state), fileID);
 }
 
 bool LibraryWriter::SetLink(int64_t fileID, const std::string& link) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "kiln/store/FileState.h"
 #include "kiln/store/Statement.h"
 #include "kiln/system/KilnPaths.h"
 #include "protocol/FontReading.pb.h"
@@ -51,7 +52,7 @@ class LibraryWriter {
 
   /// Notes that all is known of a system file that reading it can tell.
   bool SetDescribed(int64_t fileID, uint32_t checksum);
-  bool SetMissing(int64_t fileID, bool missing);
+  bool SetState(int64_t fileID, FileState state);
   /// \param link  Relative to the link folder; empty for none.
   bool SetLink(int64_t fileID, const std::string& link);
 
@@ -90,7 +91,7 @@ class LibraryWriter {
   Statement mRemoveFile;
   Statement mOrphans;
   Statement mSetDescribed;
-  Statement mSetMissing;
+  Statement mSetState;
   Statement mSetLink;
   Statement mSystemFiles;
   Statement mLinkedFiles;

@@ -133,7 +133,10 @@ CREATE TABLE settings (
 ) WITHOUT ROWID;
 )sql";
 
-constexpr const char* const kSteps[] = {kFirstSchema, kWorkgroupSources};
+// Not only whether a file has gone: FileState.h.
+constexpr const char* kFileStates = "ALTER TABLE files RENAME COLUMN missing TO state";
+
+constexpr const char* const kSteps[] = {kFirstSchema, kWorkgroupSources, kFileStates};
 
 bool CheckPasses(Database& database) {
   int64_t count = 0;

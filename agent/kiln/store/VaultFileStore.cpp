@@ -7,16 +7,16 @@ namespace kiln {
 VaultFileStore::VaultFileStore(Database& database, const KilnPaths& paths)
     : mPaths(paths),
       mAfter(database,
-             "SELECT id, hash, extension, name, link, size, missing FROM files"
+             "SELECT id, hash, extension, name, link, size, state FROM files"
              " WHERE hash IS NOT NULL AND id > ? ORDER BY id LIMIT ?"),
       // Digits of hashes end with "f".
       mWithHash(database,
-                "SELECT id, hash, extension, name, link, size, missing FROM files"
+                "SELECT id, hash, extension, name, link, size, state FROM files"
                 " WHERE hash >= ?1 AND hash < ?1 || 'g' ORDER BY id"),
       mCount(database, "SELECT count(*) FROM files WHERE hash IS NOT NULL"),
       mMissingFonts(database,
                     "SELECT f.id FROM files i JOIN fonts f ON f.file_id = i.id"
-                    " WHERE i.missing AND i.hash IS NOT NULL ORDER BY f.id") {}
+                    " WHERE i.state = 1 AND i.hash IS NOT NULL ORDER BY f.id") {}
 
 std::vector<VaultFile> VaultFileStore::Files(Statement& statement) {
   std::vector<VaultFile> files;
@@ -27,7 +27,7 @@ std::vector<VaultFile> VaultFileStore::Files(Statement& statement) {
     file.name = statement.Text(3);
     file.link = statement.Text(4);
     file.size = static_cast<uint64_t>(statement.Number(5));
-    file.missing = statement.Number(6) != 0;
+    file.state = static_cast<FileState>(statement.Number(6));
   }
   return files;
 }

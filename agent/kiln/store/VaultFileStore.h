@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "kiln/store/FileState.h"
 #include "kiln/store/Statement.h"
 #include "kiln/system/KilnPaths.h"
 
@@ -18,7 +19,7 @@ struct VaultFile {
   std::string name;  ///< as it was when added
   std::string link;  ///< its place in the link folder; empty for none
   uint64_t size = 0;
-  bool missing = false;
+  FileState state = FileState::kSound;
 };
 
 /// The rows of the vault's files, for those who look whether they are there.

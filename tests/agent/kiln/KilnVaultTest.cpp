@@ -90,6 +90,35 @@ TEST_F(KilnVaultTest, AnActiveFontThatHasGoneForGoodIsActiveAgainWhenItsFileRetu
   EXPECT_TRUE(FcListShows("Testa-Regular"));
 }
 
+// A file that is cut short in its place: what was noted of it isn't there any more.
+TEST_F(KilnVaultTest, AFileThatWasCutShortIsUnusableUntilItIsAddedAgain) {
+  fs::resize_file(mPath, 100);
+  EXPECT_EQ(mClient->Activate({mFont}, wire::MODE_PERMANENT).failed_ids_size(), 1);
+  EXPECT_EQ(mClient->StateOf(mFont), wire::ACTIVATION_UNUSABLE);
+  const wire::ActivateDocumentFontsReply reply = mClient->OpenDocument({"Testa-Regular"});
+  ASSERT_EQ(reply.problems_size(), 1);
+  EXPECT_EQ(reply.problems(0).reason(), wire::ProblemFont::ACTIVATION_FAILED);
+  EXPECT_EQ(reply.problems(0).error(), codes::kCorrupt);
+  EXPECT_EQ(Rescan().missing_ids_size(), 0);
+
+  mClient->AddFiles({mFiles.Path("Testa-Regular.ttf")});
+  EXPECT_EQ(fs::file_size(mPath), fs::file_size(mFiles.Path("Testa-Regular.ttf")));
+  mClient->OpenDocument({"Testa-Regular"});
+  EXPECT_TRUE(FcListShows("Testa-Regular"));
+}
+
+TEST_F(KilnVaultTest, AFileThatIsCutShortIsNoticedAndItsLinkFollowsWhatReplacesIt) {
+  fs::resize_file(mPath, 100);
+  EXPECT_TRUE(BecomesState(wire::ACTIVATION_UNUSABLE));
+  mClient->AddFiles({mFiles.Path("Testa-Regular.ttf")});
+  EXPECT_EQ(mClient->StateOf(mFont), wire::ACTIVATION_INACTIVE);
+  mClient->Activate({mFont}, wire::MODE_PERMANENT);
+  fs::resize_file(mPath, 100);
+  mClient->AddFiles({mFiles.Path("Testa-Regular.ttf")});
+  const std::string link = mHome.Folder().Path("data/fonts/kiln/000/Testa-Regular.ttf");
+  EXPECT_TRUE(Comes([&] { return fs::equivalent(link, mPath); }));
+}
+
 TEST_F(KilnVaultTest, WhatWentWhileNoKilnRanIsFoundAtItsStartAndByARescan) {
   KillKiln();
   fs::remove(mPath);
