@@ -17,6 +17,11 @@ void OwnActivations::LoseAnswer() {
   mAnswerLost = true;
 }
 
+bool OwnActivations::HasLostAnswer() const {
+  const std::scoped_lock lock(mMutex);
+  return mAnswerLost;
+}
+
 std::set<unsigned int> OwnActivations::Unknown(const std::vector<Answered>& fonts) const {
   const std::scoped_lock lock(mMutex);
   std::set<unsigned int> unknown;
@@ -27,27 +32,30 @@ std::set<unsigned int> OwnActivations::Unknown(const std::vector<Answered>& font
   return unknown;
 }
 
-std::vector<bool> OwnActivations::TakeAnswer(Session& session, const std::vector<Answered>& fonts) {
-  std::set<unsigned int> lost;
-  if (const std::set<unsigned int> unknown = Unknown(fonts); !unknown.empty()) {
-    kiln::wire::ClientMessage request;
-    request.mutable_client_activation_states()->mutable_font_ids()->Add(unknown.begin(), unknown.end());
-    Connection::Incoming reply;
-    const bool answered = session.Call(request, reply) == CoreErrorCodes::kSuccess;
-    const auto& states = reply.message.client_activation_states().activated();
-    auto state = states.begin();
-    for (const unsigned int id : unknown) {
-      if (answered && state != states.end() && *state++) lost.insert(id);
-    }
-  }
+TErrCode OwnActivations::AskWhichAreOwn(Session& session, std::set<unsigned int>& inOutIDs) {
+  if (inOutIDs.empty()) return CoreErrorCodes::kSuccess;
+  kiln::wire::ClientMessage request;
+  request.mutable_client_activation_states()->mutable_font_ids()->Add(inOutIDs.begin(), inOutIDs.end());
+  Connection::Incoming reply;
+  if (const TErrCode code = session.Call(request, reply)) return code;
+  const auto& states = reply.message.client_activation_states().activated();
+  if (static_cast<size_t>(states.size()) != inOutIDs.size()) return GKVMessageDataHandler::kInvalidMessage;
+  auto state = states.begin();
+  std::erase_if(inOutIDs, [&state](unsigned int) { return !*state++; });
+  return CoreErrorCodes::kSuccess;
+}
+
+TErrCode OwnActivations::TakeAnswer(Session& session, const std::vector<Answered>& fonts,
+                                    std::vector<bool>& outBroughtIn) {
+  std::set<unsigned int> lost = Unknown(fonts);
+  if (const TErrCode code = AskWhichAreOwn(session, lost)) return code;
   const std::scoped_lock lock(mMutex);
-  std::vector<bool> broughtIn;
-  broughtIn.reserve(fonts.size());
+  outBroughtIn.clear();
   for (const Answered& font : fonts) {
-    broughtIn.push_back(!kiln::IsActive(font.before) || lost.contains(font.id));
-    if (broughtIn.back()) mHeld.insert(font.id);
+    outBroughtIn.push_back(!kiln::IsActive(font.before) || lost.contains(font.id));
+    if (outBroughtIn.back()) mHeld.insert(font.id);
   }
-  return broughtIn;
+  return CoreErrorCodes::kSuccess;
 }
 
 void OwnActivations::Release(std::span<const unsigned int> fontIDs) {

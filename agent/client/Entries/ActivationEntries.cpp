@@ -1,6 +1,9 @@
 // What changes which fonts are active.
 
 #include <algorithm>
+#include <iterator>
+#include <set>
+#include <span>
 #include <vector>
 
 #include "Memory/CFCast.h"
@@ -75,15 +78,24 @@ RetainPtr<CFMutableDictionaryRef> ProblemRecord(CFDictionaryRef requested) {
   return record;
 }
 
-template <typename Fonts, typename FontOf>
-std::vector<bool> TakeAnswer(Session& session, const Fonts& fonts, FontOf fontOf) {
-  std::vector<OwnActivations::Answered> answered;
-  for (const auto& font : fonts) answered.push_back({fontOf(font).id(), fontOf(font).state()});
-  return ClientLibrary::Get().Own().TakeAnswer(session, answered);
-}
-
 void NoteLostAnswer(ErrCode code) {
   if (EntryGuard::IsUnreachable(code)) ClientLibrary::Get().Own().LoseAnswer();
+}
+
+// Who holds the fonts of an answer now.
+ErrCode TakeAnswer(Session& session, const kiln::wire::ActivateFontsReply& answer,
+                   kiln::wire::ActivationMode mode) {
+  OwnActivations& own = ClientLibrary::Get().Own();
+  if (mode == kiln::wire::MODE_PERMANENT || mode == kiln::wire::MODE_TEMPORARY) {
+    std::vector<unsigned int> usersOwn;
+    for (const auto& font : answer.fonts()) usersOwn.push_back(font.id());
+    own.Release(usersOwn);
+    return CoreErrorCodes::kSuccess;
+  }
+  std::vector<OwnActivations::Answered> answered;
+  for (const auto& font : answer.fonts()) answered.push_back({font.id(), font.state()});
+  std::vector<bool> broughtIn;
+  return own.TakeAnswer(session, answered, broughtIn);
 }
 
 ErrCode Activate(Session& session, unsigned long count, const unsigned int* fontIDs,
@@ -98,13 +110,40 @@ ErrCode Activate(Session& session, unsigned long count, const unsigned int* font
   if (!reply.message.has_activate_fonts()) {
     return code == CoreErrorCodes::kSuccess ? GKVMessageDataHandler::kInvalidMessage : code;
   }
+  if (const ErrCode unknown = TakeAnswer(session, reply.message.activate_fonts(), mode)) {
+    reply.message.Clear();
+    return unknown;
+  }
   std::vector<ProcessFonts::Font> visible;
   const bool local = mode == kiln::wire::MODE_AUTO_LOCAL;
   for (const auto& font : reply.message.activate_fonts().fonts()) AppendForProcess(font, local, visible);
-  TakeAnswer(
-      session, reply.message.activate_fonts().fonts(), [](const auto& font) -> const auto& { return font; });
   unseen = ClientLibrary::Get().Fonts().Activate(visible, reply.order);
   return code;
+}
+
+// Given back before, by a call whose answer was lost: this one finds nothing to give back, and events don't
+// come over a connection that has broken. A question that fails leaves the fonts in sight, which harms
+// nobody.
+std::vector<unsigned int> GoneUnheard(Session& session, std::span<const unsigned int> fontIDs,
+                                      const kiln::wire::DeactivateFontsReply& answer) {
+  if (!ClientLibrary::Get().Own().HasLostAnswer()) return {};
+  std::set<unsigned int> heard(answer.deactivated_ids().begin(), answer.deactivated_ids().end());
+  heard.insert(answer.released_ids().begin(), answer.released_ids().end());
+  std::vector<unsigned int> ids;
+  std::ranges::copy_if(fontIDs, std::back_inserter(ids),
+                       [&](unsigned int id) { return !heard.contains(id); });
+  if (ids.empty()) return {};
+  ClientMessage request;
+  request.mutable_font_is_activated()->mutable_font_ids()->Add(ids.begin(), ids.end());
+  Connection::Incoming reply;
+  if (session.Call(request, reply) != CoreErrorCodes::kSuccess) return {};
+  const auto& states = reply.message.font_is_activated().states();
+  if (static_cast<size_t>(states.size()) != ids.size()) return {};
+  auto state = states.begin();
+  std::erase_if(ids, [&state](unsigned int) {
+    return FontRecords::IsActive(static_cast<kiln::wire::ActivationState>(*state++));
+  });
+  return ids;
 }
 
 ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long count, bool byHand = false) {
@@ -115,12 +154,14 @@ ErrCode GiveBack(Session& session, const unsigned int* fontIDs, unsigned long co
   Connection::Incoming reply;
   if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_deactivate_fonts,
                                            EntryGuard::kWorkLimit)) {
+    NoteLostAnswer(code);
     return code;
   }
-  const auto& gone = reply.message.deactivate_fonts().deactivated_ids();
-  const auto& released = reply.message.deactivate_fonts().released_ids();
+  const auto& answer = reply.message.deactivate_fonts();
+  std::vector<unsigned int> gone = GoneUnheard(session, {fontIDs, count}, answer);
+  gone.insert(gone.end(), answer.deactivated_ids().begin(), answer.deactivated_ids().end());
   ClientLibrary::Get().Own().Release({fontIDs, count});
-  ClientLibrary::Get().Fonts().Deactivate({gone.begin(), gone.end()}, {released.begin(), released.end()});
+  ClientLibrary::Get().Fonts().Deactivate(gone, {answer.released_ids().begin(), answer.released_ids().end()});
   return CoreErrorCodes::kSuccess;
 }
 
@@ -183,8 +224,10 @@ ErrCode ActivateDocumentFontsByPath(FacadeRef facade, const char* path, CFArrayR
       return code;
     }
     auto& answer = *reply.message.mutable_activate_document_fonts();
-    const std::vector<bool> broughtIn = TakeAnswer(
-        session, answer.matched(), [](const auto& match) -> const auto& { return match.font(); });
+    std::vector<OwnActivations::Answered> answered;
+    for (const auto& match : answer.matched()) answered.push_back({match.font().id(), match.font().state()});
+    std::vector<bool> broughtIn;
+    if (const ErrCode code = ClientLibrary::Get().Own().TakeAnswer(session, answered, broughtIn)) return code;
     std::vector<ProcessFonts::Font> visible;
     for (int i = 0; i < answer.matched_size(); ++i) {
       auto& match = *answer.mutable_matched(i);

@@ -311,6 +311,78 @@ TEST_F(EntriesTest, APreviewThatThisProcessCannotSeeIsGivenBackEvenBesideARefuse
   EXPECT_EQ(agent.Count(ClientMessage::kDeactivateFonts), 2);
 }
 
+// An agent that dies between its work and an answer, as often as it is told to.
+TEST_F(EntriesTest, WhatAnAgentDidBeforeItDiedIsNeitherForgottenNorShownOn) {
+  std::atomic<ClientMessage::BodyCase> losesAnswerTo = ClientMessage::kActivateFonts;
+  std::atomic<kiln::wire::ActivationState> state = kiln::wire::ACTIVATION_INACTIVE;
+  FakeAgent* self = nullptr;
+  FakeAgent agent([&](const auto& request, auto& reply) {
+    if (request.has_activate_fonts() || request.has_activate_document_fonts()) {
+      auto& font = request.has_activate_fonts()
+                       ? *reply.mutable_activate_fonts()->add_fonts()
+                       : *reply.mutable_activate_document_fonts()->add_matched()->mutable_font();
+      font.set_id(6);
+      font.set_postscript_name(m_fonts.fonts[0].postScriptName);
+      font.set_path(m_fonts.fonts[0].file);
+      font.set_state(state.exchange(kiln::wire::ACTIVATION_AUTO));
+    } else if (request.has_deactivate_fonts()) {
+      reply.mutable_deactivate_fonts();
+      state = kiln::wire::ACTIVATION_INACTIVE;
+    } else if (request.has_font_is_activated()) {
+      reply.mutable_font_is_activated()->add_states(state);
+    } else if (request.has_client_activation_states()) {
+      reply.mutable_client_activation_states()->add_activated(true);
+    }
+    ClientMessage::BodyCase lost = request.body_case();
+    if (losesAnswerTo.compare_exchange_strong(lost, ClientMessage::BODY_NOT_SET)) self->BreakConnections();
+  });
+  self = &agent;
+  const unsigned int id = 6;
+  const auto activate = [&] {
+    return ActivateFonts(Facade(), 1, &id, nullptr, 1, 1, 1, 0, 0, nullptr, nullptr, nullptr, nullptr);
+  };
+  const auto fonts = MakeArray();
+  const auto matched = MakeArray();
+  CFArrayAppendValue(fonts.get(), Record(m_fonts.fonts[0].postScriptName).get());
+  const auto open = [&] {
+    return ActivateDocumentFontsByPath(Facade(), "", fonts.get(), true, false, true, true, 0, matched.get(),
+                                       matched.get());
+  };
+  EXPECT_EQ(activate(), GAgentIF::kShutdown);
+  losesAnswerTo = ClientMessage::kClientActivationStates;
+  EXPECT_EQ(open(), GAgentIF::kShutdown) << "not known whose the font is: to be asked again";
+  EXPECT_EQ(CFArrayGetCount(matched.get()), 0);
+  ASSERT_EQ(open(), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(GetStringFromDict(At(matched, 0), RecordKeys::kIsActive), "0") << "this process brought it in";
+  EXPECT_TRUE(FontHome::IsVisible(m_fonts.fonts[0].file));
+
+  losesAnswerTo = ClientMessage::kDeactivateFonts;
+  EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), GAgentIF::kShutdown);
+  EXPECT_EQ(DeactivateFonts(Facade(), 1, &id, 0), CoreErrorCodes::kSuccess);
+  EXPECT_FALSE(FontHome::IsVisible(m_fonts.fonts[0].file));
+}
+
+TEST_F(EntriesTest, WhileTheAgentIsAwayThisProcessHoldsWhatItActivatedButNotWhatTheUserDid) {
+  const unsigned int ids[] = {6, 7};
+  {
+    FakeAgent agent([](const auto& request, auto& reply) {
+      if (!request.has_activate_fonts()) return;
+      for (const uint32_t id : request.activate_fonts().font_ids()) {
+        reply.mutable_activate_fonts()->add_fonts()->set_id(id);
+      }
+    });
+    const auto activate = [&](unsigned long count, int mode, int flagA) {
+      return ActivateFonts(Facade(), count, ids, nullptr, mode, flagA, 1, 0, 0, nullptr, nullptr, nullptr,
+                           nullptr);
+    };
+    ASSERT_EQ(activate(2, 1, 1), CoreErrorCodes::kSuccess);
+    ASSERT_EQ(activate(1, 0, 0), CoreErrorCodes::kSuccess) << "by hand: the font is the user's now";
+  }
+  int held[] = {7, 7};
+  EXPECT_EQ(GetClientFontActivationStates(2, ids, held), CoreErrorCodes::kSuccess);
+  EXPECT_THAT(held, testing::ElementsAre(0, 1));
+}
+
 // --- Notifications
 
 std::atomic<TErrCode> sCodeInside = 0;
