@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr unsigned long kMaxFontsOfOneName = 1024;
+// As many as Kiln tells at once.
+constexpr unsigned long kMaxFontsOfOneName = 100000;
 
 }  // namespace
 
@@ -55,6 +56,11 @@ ErrCode FontFinder::FindByID(unsigned int id, NamedFont& outFont) const {
       static_cast<CFDictionaryRef>(query.get()), static_cast<unsigned int*>(nullptr), &info);
   const RetainPtr<CFMutableDictionaryRef> owned = adoptCF(info);
   if (code == 0) {
+    // The agent has the record of a system font wherever it is asked for.
+    const auto workgroup =
+        static_cast<unsigned int>(XCFUtils::GetULongFromDictString(info, RecordKeys::kWorkgroupID));
+    const auto isWanted = [workgroup](unsigned int wanted) { return wanted == 0 || wanted == workgroup; };
+    if (!std::any_of(m_workgroups.begin(), m_workgroups.end(), isWanted)) return CoreErrorCodes::kNotFound;
     outFont = {id, XCFUtils::GetStringFromDict(info, RecordKeys::kPostScriptName),
                XCFUtils::GetBoolFromDictString(info, RecordKeys::kIsSystem)};
   }

@@ -29,7 +29,7 @@
 ///   - 0x0E000000: the agent speaks another version of the protocol.
 ///   - 0x05000000, 0x04000000: a pointer that must be set is null; another argument has no sense or its text
 ///     isn't UTF-8. Nothing was sent.
-///   - 0x03001009: the arguments don't fit into a message (16 MiB). Nothing was sent.
+///   - 0x03001009: the arguments don't fit into a message (32 MiB). Nothing was sent.
 ///   - 0x01004015: the agent's answer has no sense.
 ///   - 0x06000000, 0x02000000: out of memory; any other exception inside the library.
 /// and what the agent answers for a vault or database that it can't use. The rows name further codes. Unless
@@ -51,7 +51,7 @@
 /// returns: call it on the thread on which the process uses fontconfig (FontconfigSystem.h tells why that is
 /// safe).
 ///
-/// Nothing throws.
+/// Nothing throws. A process that forks without exec must not call the library in the child.
 
 #define TALWORTH_EXPORT __attribute__((visibility("default")))
 
@@ -201,9 +201,9 @@ TALWORTH_EXPORT ErrCode GetFamilyNameColumnID(char* buffer, unsigned long size);
 TALWORTH_EXPORT ErrCode GetFileSizeColumnID(char* buffer, unsigned long size);         ///< 24
 TALWORTH_EXPORT ErrCode GetFontFaceIDColumnID(char* buffer, unsigned long size);       ///< 25
 /// 26. The record of the font that `query` names by "DatabaseID", looked for in the given workgroups (none,
-/// or 0 among them: all); other keys of `query` aren't read. "ActivationStatus" holds the raw state; the keys
-/// derived from it are left to the caller. `outID` may be null. `outInfo` is the caller's to release.
-/// 0x07000000: no such font.
+/// or 0 among them: all; a system font is found in any); other keys of `query` aren't read.
+/// "ActivationStatus" holds the raw state; the keys derived from it are left to the caller. `outID` may be
+/// null. `outInfo` is the caller's to release. 0x07000000: no such font.
 TALWORTH_EXPORT ErrCode GetFontInfoByID(FacadeRef, const unsigned int* workgroupIDs,
                                         unsigned long workgroupCount, CFDictionaryRef query,
                                         unsigned int* outID, CFMutableDictionaryRef* outInfo);

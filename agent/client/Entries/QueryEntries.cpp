@@ -70,9 +70,16 @@ ErrCode GetFontInfoByID(FacadeRef facade, const unsigned int* workgroupIDs, unsi
       return code;
     }
     Connection::Incoming reply;
-    if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_font_info)) {
-      return code;
+    ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_font_info);
+    if (code == CoreErrorCodes::kNotFound && !body.workgroup_ids().empty()) {
+      // Lookups by name add the system's fonts to those of any workgroup; so their records must be there.
+      body.clear_workgroup_ids();
+      code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_font_info);
+      if (code == CoreErrorCodes::kSuccess && !reply.message.font_info().font().is_system()) {
+        code = CoreErrorCodes::kNotFound;
+      }
     }
+    if (code != CoreErrorCodes::kSuccess) return code;
     const auto& font = reply.message.font_info().font();
     *outInfo = FontRecords::MakeRecord(font).leakRef();
     if (outID != nullptr) *outID = font.id();

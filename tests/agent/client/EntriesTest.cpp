@@ -383,6 +383,25 @@ TEST_F(EntriesTest, WhileTheAgentIsAwayThisProcessHoldsWhatItActivatedButNotWhat
   EXPECT_THAT(held, testing::ElementsAre(0, 1));
 }
 
+TEST_F(EntriesTest, ASystemFontsRecordIsThereInEveryWorkgroup) {
+  FakeAgent agent([](const auto& request, auto& reply) {
+    if (!request.has_font_info()) return;
+    auto& font = *reply.mutable_font_info()->mutable_font();
+    font.set_id(request.font_info().font_id());
+    font.set_is_system(font.id() == 6);
+    if (!request.font_info().workgroup_ids().empty()) reply.set_error(CoreErrorCodes::kNotFound);
+  });
+  const unsigned int workgroup = 3;
+  for (const auto& [font, code] :
+       {std::pair("6", CoreErrorCodes::kSuccess), {"7", CoreErrorCodes::kNotFound}}) {
+    const auto query = MakeDictionary();
+    XCFUtils::PutStringIntoDict(query.get(), RecordKeys::kDatabaseID, font);
+    CFMutableDictionaryRef info = nullptr;
+    EXPECT_EQ(GetFontInfoByID(Facade(), &workgroup, 1, query.get(), nullptr, &info), code);
+    EXPECT_EQ(adoptCF(info) != nullptr, code == CoreErrorCodes::kSuccess);
+  }
+}
+
 // --- Notifications
 
 std::atomic<TErrCode> sCodeInside = 0;
