@@ -1,6 +1,7 @@
 #include "client/ClientLibrary.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <unistd.h>
 
 #include <thread>
 #include <utility>
@@ -107,9 +108,13 @@ std::vector<ProcessFonts::Change> FontChanges(const std::vector<Notification>& n
   return changes;
 }
 
-// At the end of the process no thread of the library may run into what is being taken down.
+// At the end of the process no thread of the library may run into what is being taken down. A fork of it that
+// exits has no such threads, and shares the connection, which isn't its to end.
 struct StopAtExit {
-  ~StopAtExit() { ClientLibrary::Get().StopThreads(); }
+  ~StopAtExit() {
+    if (getpid() == process) ClientLibrary::Get().StopThreads();
+  }
+  const pid_t process = getpid();
 };
 
 }  // namespace

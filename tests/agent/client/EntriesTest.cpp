@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <future>
 #include <memory>
 
@@ -400,6 +401,14 @@ TEST_F(EntriesTest, ASystemFontsRecordIsThereInEveryWorkgroup) {
     EXPECT_EQ(GetFontInfoByID(Facade(), &workgroup, 1, query.get(), nullptr, &info), code);
     EXPECT_EQ(adoptCF(info) != nullptr, code == CoreErrorCodes::kSuccess);
   }
+}
+
+TEST_F(EntriesTest, AForkThatExitsLeavesTheConnectionToItsParent) {
+  FakeAgent agent;
+  ASSERT_EQ(EnableDesignActivation(Facade()), CoreErrorCodes::kSuccess);
+  EXPECT_EXIT(std::exit(0), testing::ExitedWithCode(0), "");
+  EXPECT_EQ(EnableDesignActivation(Facade()), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(agent.Count(ClientMessage::kHello), 1);
 }
 
 // --- Notifications
