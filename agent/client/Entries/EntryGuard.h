@@ -92,7 +92,7 @@ inline bool IsAllWorkgroups(int workgroupID) {
   return workgroupID == 0 || workgroupID == -2;
 }
 
-/// More IDs than this don't fit into a message.
+/// Far more than any library has: a count that has no sense must not fill the memory.
 inline constexpr unsigned long kMaxIDs = 4u << 20;
 
 /// Appends the IDs to a list of the wire. kNullPointer for none with a count that isn't 0.

@@ -17,7 +17,8 @@ ErrCode KilnLibraryCreateWorkgroup(FacadeRef facade, const char* name, unsigned 
     auto& body = *request.mutable_create_workgroup();
     if (const ErrCode code = EntryGuard::ReadText(name, *body.mutable_name())) return code;
     Connection::Incoming reply;
-    if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_create_workgroup)) {
+    if (const ErrCode code = EntryGuard::Ask(session, request, reply, &ServerMessage::has_create_workgroup,
+                                             EntryGuard::kWorkLimit)) {
       return code;
     }
     *outID = reply.message.create_workgroup().workgroup_id();
