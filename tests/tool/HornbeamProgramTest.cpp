@@ -201,10 +201,13 @@ TEST_F(HornbeamProgramTest, ALibraryThatCantBeUsedIsExplained) {
 
 TEST_F(HornbeamProgramTest, AReportThatCantBeWrittenIsAFailure) {
   EXPECT_EQ(RunHornbeam({"status"}).exitCode, 0);
-  const std::string command = std::string(kHornbeam) + " status >/dev/full";
-  ProgramRun run("/bin/sh", {"-c", command});
-  EXPECT_EQ(run.Wait(), 1);
-  EXPECT_THAT(run.Errors(), HasSubstr("the output couldn't be written"));
+  FillLibrary();
+  // Closed, so that the connection to Kiln could take its number.
+  for (const char* const output : {" library list >/dev/full", " library list >&-"}) {
+    ProgramRun run("/bin/sh", {"-c", kHornbeam + std::string(output)});
+    EXPECT_EQ(run.Wait(), 1) << output;
+    EXPECT_THAT(run.Errors(), HasSubstr("the output couldn't be written"));
+  }
 }
 
 TEST_F(HornbeamProgramTest, WrongUsageIsToldApartFromFailure) {
@@ -213,6 +216,7 @@ TEST_F(HornbeamProgramTest, WrongUsageIsToldApartFromFailure) {
                                                     {"library"},
                                                     {"nonsense"},
                                                     {"open", "--nonsense", "a.idml"},
+                                                    {"library", "add", "--to", "", "a.ttf"},
                                                     {"open", "--wait", "--keep-open", "a.idml"}}) {
     EXPECT_EQ(RunHornbeam(arguments).exitCode, 2) << testing::PrintToString(arguments);
   }
