@@ -29,6 +29,9 @@ void AddOpen(CLI::App& app, CommandToRun& run) {
                  "Close the documents only after Enter, the end of standard input, or Ctrl-C")
       ->excludes(keepOpen);
   command->add_flag("--save", options.save, "Save each document before it is closed");
+  command->footer(
+      "Exit codes: 0 all documents were opened, also when standard error says that Kiln couldn't look after\n"
+      "their fonts; 1 one was not, or couldn't be saved; 2 wrong usage.");
 }
 
 void AddStatus(CLI::App& app, CommandToRun& run) {

@@ -11,6 +11,11 @@ namespace {
 constexpr char kFontText[] = "Fonts, each by its PostScript name or its ID";
 constexpr char kLibraryText[] = "A library, by its name or its ID";
 
+// An empty text is a variable that a script has forgotten to set, not a wish for the usual.
+std::string ComplainOfEmpty(const std::string& text) {
+  return text.empty() ? "must not be empty" : "";
+}
+
 void AddFonts(CLI::App* command, std::vector<std::string>& fonts) {
   command->add_option("FONT", fonts, kFontText)->required();
 }
@@ -24,7 +29,8 @@ void AddFiles(CLI::App* library, CommandToRun& run) {
   LibraryAddOptions& added = BindCommand(add, run, &RunLibraryAdd);
   add->add_option("PATH", added.paths, "Font files, or folders of them")->required();
   add->add_option("--to", added.library, "The library that they go to; the first one otherwise")
-      ->type_name("LIBRARY");
+      ->type_name("LIBRARY")
+      ->check(&ComplainOfEmpty);
 
   CLI::App* list = library->add_subcommand("list", "List the library's fonts");
   LibraryListOptions& listed = BindCommand(list, run, &RunLibraryList);
@@ -116,8 +122,11 @@ void AddSets(CLI::App* library, CommandToRun& run) {
 void AddServers(CLI::App* library, CommandToRun& run) {
   CLI::App* login = library->add_subcommand("login", "Log in to a font server");
   LoginOptions& server = BindCommand(login, run, &RunLogin);
-  login->add_option("FOLDER", server.folder, "The server's folder, with its server.conf")->required();
-  login->add_option("--user", server.user, "Whom the server knows you as; your own name otherwise");
+  login->add_option("FOLDER", server.folder, "The server's folder, with its server.conf")
+      ->required()
+      ->check(&ComplainOfEmpty);
+  login->add_option("--user", server.user, "Whom the server knows you as; your own name otherwise")
+      ->check(&ComplainOfEmpty);
 
   CLI::App* logout = library->add_subcommand("logout", "Log out; the server's libraries go");
   logout->add_flag("--leave", BindCommand(logout, run, &RunLogout).leave, "Stand alone from now on");
@@ -125,7 +134,8 @@ void AddServers(CLI::App* library, CommandToRun& run) {
   CLI::App* google = library->add_subcommand("google", "Switch the library of Google fonts on or off");
   google->require_subcommand(1);
   CLI::App* on = google->add_subcommand("on", "Take its fonts from a folder, and watch it");
-  on->add_option("FOLDER", BindCommand(on, run, &RunGoogleOn).folder, "That of the last time otherwise");
+  on->add_option("FOLDER", BindCommand(on, run, &RunGoogleOn).folder, "That of the last time otherwise")
+      ->check(&ComplainOfEmpty);
   BindCommand(google->add_subcommand("off", "Leave its fonts out"), run, &RunGoogleOff);
 }
 
