@@ -51,7 +51,8 @@ TALWORTH_EXPORT ErrCode KilnLibraryRenameWorkgroup(FacadeRef, unsigned int workg
 TALWORTH_EXPORT ErrCode KilnLibraryDeleteWorkgroup(FacadeRef, unsigned int workgroupID);
 /// Puts fonts into a library of the user, or takes them out. A font that would be in none any more is deleted
 /// from the vault, unless it is active: then it stays, and its ID (decimal text) is appended to `outKept`,
-/// which may be null. 0x08002001: a system font, nothing changed.
+/// which may be null. 0x08002001: a system font; 0x0800400B: a font that none of its workgroups allows to be
+/// copied out of the library. Nothing has changed then.
 TALWORTH_EXPORT ErrCode KilnLibraryChangeWorkgroupFonts(FacadeRef, unsigned int workgroupID,
                                                         unsigned long count, const unsigned int* fontIDs,
                                                         bool remove, CFMutableArrayRef outKept);

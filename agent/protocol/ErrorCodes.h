@@ -50,6 +50,7 @@ inline constexpr uint32_t kCannotAddSetsToSystemWorkgroup =
     GOspreySetManagerCodes::kCannotAddSetsToSystemWorkgroup;
 inline constexpr uint32_t kCannotAddFontsToWorkgroup =
     GOspreyWorkgroupManagerCodes::kCannotAddFontsToUnsupportedWorkgroup;
+inline constexpr uint32_t kFromRestrictedWorkgroup = GOspreyWorkgroupManagerCodes::kFromRestrictedWorkgroup;
 inline constexpr uint32_t kRestrictedWorkgroup = GOspreyWorkgroupManagerCodes::kRestrictedWorkgroup;
 inline constexpr uint32_t kCannotAddSystemFontsToWorkgroup =
     GOspreyDataFacadeCodes::kCannotAddSystemFontsToWorkgroup;

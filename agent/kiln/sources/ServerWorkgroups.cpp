@@ -61,7 +61,9 @@ bool ServerWorkgroups::Write(const ServerSight& sight, const std::string& server
   bool fine = true;
   for (const std::string& name : sight.subfolders) {
     const ServerConfiguration::Workgroup rules = sight.configuration.For(name, user);
-    const auto before = known.find(server + "/" + name);
+    std::string folder = server;
+    folder.append("/").append(name);
+    const auto before = known.find(folder);
     const wire::WorkgroupType type =
         rules.personal ? wire::WORKGROUP_SERVER_PERSONAL : wire::WORKGROUP_SERVER;
     uint32_t id = 0;
@@ -69,7 +71,7 @@ bool ServerWorkgroups::Write(const ServerSight& sight, const std::string& server
       id = before->second;
       known.erase(before);
     } else if (rules.visible) {
-      id = workgroups.Add(name, type, server + "/" + name);
+      id = workgroups.Add(name, type, folder);
       fine = fine && id != 0;
     }
     if (id == 0) continue;

@@ -53,6 +53,8 @@ uint32_t UserLibraries::PutIn(uint32_t id, std::span<const uint32_t> fontIDs,
     const std::optional<FontRow> row = mLibrary.fonts.Load(fontID, WorkgroupScope());
     if (!row || mLibrary.workgroups.Holds(id, fontID)) continue;
     if (row->font.is_system()) return codes::kCannotAddSystemFontsToWorkgroup;
+    // A library of one's own would lift the rule, since there copying is free.
+    if (!mLibrary.rights.MayExport(fontID)) return codes::kFromRestrictedWorkgroup;
     if (!mLibrary.writer.PutInWorkgroup(fontID, id)) return mLibrary.database->Error();
     changed.push_back(fontID);
   }

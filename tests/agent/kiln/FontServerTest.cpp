@@ -45,6 +45,18 @@ class FontServerTest : public KilnSourcesHome {
     request.mutable_server_state();
     return Ask(request).server_state();
   }
+  // Into the user's own library, and out of it again.
+  uint32_t TakeOver(uint32_t workgroup) {
+    wire::ClientMessage list;
+    list.mutable_list_fonts()->add_workgroup_ids(workgroup);
+    wire::ClientMessage request;
+    request.mutable_change_workgroup_fonts()->set_workgroup_id(1);
+    request.mutable_change_workgroup_fonts()->add_font_ids(Ask(list).list_fonts().fonts(0).id());
+    const uint32_t error = Ask(request).error();
+    request.mutable_change_workgroup_fonts()->set_remove(true);
+    Ask(request);
+    return error;
+  }
   bool AsPluginSeesIt(bool standalone, bool loggedIn) {
     wire::ClientMessage request;
     request.mutable_standalone();
@@ -79,6 +91,9 @@ TEST_F(FontServerTest, EachUserGetsWhatTheConfigurationSays) {
     EXPECT_EQ(IsAllowed(kCanActivateAcrossWorkgroupsColumn), one.across);
     const uint32_t ads = WorkgroupID("Ads");
     EXPECT_EQ(ads != 0 && IsAllowed(kExportFontsColumn, ads), one.exportAds);
+    if (ads != 0) {
+      EXPECT_EQ(TakeOver(ads), one.exportAds ? 0 : codes::kFromRestrictedWorkgroup);
+    }
     EXPECT_EQ(LogOut(), one.error == 0 ? 0 : codes::kNotLoggedIn);
   }
 }
