@@ -1,7 +1,10 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "kiln/fonts/FolderWatch.h"
@@ -9,8 +12,9 @@
 
 namespace kiln {
 
-/// Keeps workgroups equal to the font files of their folders: looks when told to and when something in a
-/// folder has changed, one run at a time.
+/// Keeps workgroups equal to the font files of their folders: looks when told to, when something in a folder
+/// has changed, and when a folder that had gone is back or another one has taken its place, one run at a
+/// time.
 class FolderLibrary {
  public:
   /// \param kind  Of the runs that begin by a change in a folder.
@@ -27,6 +31,9 @@ class FolderLibrary {
   void Sync(FolderSync::Options options, FolderSync::Done done);
 
  private:
+  using Identities = std::vector<std::pair<dev_t, ino_t>>;
+
+  Identities Folders() const;
   void Next();
   void OnEnd(bool whole);
 
@@ -34,6 +41,8 @@ class FolderLibrary {
   const wire::ReplicationKind mKind;
   std::vector<FolderSource> mSources;
   FolderWatch mWatch;
+  FolderWatch mParents;  // the folders above, which show it when one comes back
+  Identities mFolders;   // of the sources, as the last run found them
   std::shared_ptr<FolderSync> mRun;
   std::vector<FolderSync::Done> mRunDone;
   bool mWanted = false;  // another run, behind this one

@@ -46,6 +46,13 @@ TEST_F(GoogleLibraryTest, IsThereWhileItIsOnAndFollowsItsFolder) {
   EXPECT_EQ(WaitForReplication(), wire::REPLICATION_GOOGLE);
   EXPECT_EQ(mClient->IdOf("Roboto-Bold"), 0u) << "its file holds another font now";
   EXPECT_NE(mClient->IdOf("Roboto-Black"), 0u);
+
+  // As one is brought up to date that comes as a whole.
+  PutFont("next", "Roboto-Thin");
+  std::filesystem::rename(mFiles.Path("google"), mFiles.Path("before"));
+  std::filesystem::rename(mFiles.Path("next"), mFiles.Path("google"));
+  EXPECT_EQ(WaitForReplication(), wire::REPLICATION_GOOGLE);
+  EXPECT_EQ(Workgroups(), "Own:3:0 Google Fonts:8:1");
 }
 
 TEST_F(GoogleLibraryTest, OffItIsHiddenButWhatIsActiveStaysSo) {
