@@ -1,9 +1,12 @@
 #include "kiln/fonts/LibraryImport.h"
 
 #include <boost/asio/post.hpp>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
-#include "kiln/fonts/FontFileWalk.h"
+#include "kiln/fonts/FolderWalk.h"
+#include "kiln/fonts/FontFileNames.h"
 #include "kiln/fonts/FontLibrary.h"
 #include "kiln/fonts/FontReaderPool.h"
 #include "kiln/system/Utf8.h"
@@ -29,7 +32,32 @@ LibraryImport::LibraryImport(boost::asio::io_context& context, FontLibrary& libr
       mTimer(context) {}
 
 void LibraryImport::Start(const std::vector<std::string>& paths) {
-  StartFiles(FontFilesOf(paths));
+  mNamed.assign(paths.begin(), paths.end());
+  mFinding = true;
+  Tick();
+  FindFiles();
+}
+
+// Folders may be large, and whole disks: they are walked in slices.
+void LibraryImport::FindFiles() {
+  while (!mNamed.empty()) {
+    const std::string path = mNamed.front();
+    mNamed.pop_front();
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) {
+      if (!mWalked.insert(path).second) continue;
+      const auto done = [self = shared_from_this()](FolderWalk::Found& found) {
+        for (const auto& [file, known] : found.files) self->mPaths.push_back(file);
+        self->FindFiles();
+      };
+      return FolderWalk::Start(
+          mContext, path, [](const std::string&) {}, done);
+    }
+    if (!IsMetricsOfFont(path)) mPaths.push_back(path);
+  }
+  mFinding = false;
+  mTimer.cancel();
+  StartFiles(std::exchange(mPaths, {}));
 }
 
 void LibraryImport::Stop() {
@@ -76,7 +104,7 @@ void LibraryImport::Tick() {
   mTimer.expires_after(kTick);
   mTimer.async_wait([self = shared_from_this()](auto error) {
     if (error || !self->mDone) return;
-    self->StoreBatch();
+    self->mFinding ? self->Report() : self->StoreBatch();
     if (self->mDone) self->Tick();
   });
 }
@@ -93,6 +121,7 @@ bool LibraryImport::StoreOne(const Arrival& arrival, wire::AddedFile& result,
   result.set_error(
       mLibrary.vault.TakeIn(arrival.incoming, file.has_metrics(), file.sha256(), extension, file.size()));
   if (result.error() != codes::kSuccess) return true;
+  if (known.id == 0) mPlaced.push_back(mLibrary.vault.PathOf(file.sha256(), extension));
   if (known.id != 0) {
     result.set_already_known(true);
     for (const uint32_t font : known.fontIDs) {
@@ -150,7 +179,12 @@ void LibraryImport::StoreBatch() {
   }
   std::vector<uint32_t> newFonts;
   const uint32_t databaseError = batch.empty() ? codes::kSuccess : StoreAll(batch, results, newFonts);
-  if (databaseError != codes::kSuccess) newFonts.clear();
+  if (databaseError != codes::kSuccess) {
+    newFonts.clear();
+    // Nobody would know of them; on a full disk least of all.
+    for (const std::string& path : mPlaced) Vault::Remove(path);
+  }
+  mPlaced.clear();
   for (size_t i = 0; i < batch.size(); ++i) {
     wire::AddedFile& result = results[i];
     if (databaseError != codes::kSuccess && result.error() == codes::kSuccess) {

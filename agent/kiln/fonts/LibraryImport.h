@@ -3,9 +3,11 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -30,7 +32,9 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   LibraryImport(boost::asio::io_context& context, FontLibrary& library, FontReaderPool& readers,
                 uint32_t workgroupID, Progress progress, Done done);
 
-  /// \param paths  Files, and folders to be walked.
+  /// \param paths  Absolute: files as they are, and folders as the font files in them and below, in the order
+  ///               of their names. Links in a folder aren't followed. The metrics of a Type 1 font, named
+  ///               together with it, are left out: they come with their font.
   void Start(const std::vector<std::string>& paths);
   void StartFiles(std::vector<std::string> files);
   /// Leaves out the files that no child was given yet. What is being read is still added; then done is
@@ -45,6 +49,7 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
     wire::ReadFile file;
   };
 
+  void FindFiles();
   void Submit();
   void OnRead(Arrival arrival);
   void Tick();
@@ -62,12 +67,16 @@ class LibraryImport : public std::enable_shared_from_this<LibraryImport> {
   const Progress mProgress;
   Done mDone;
   boost::asio::steady_timer mTimer;
+  std::deque<std::string> mNamed;  // not looked at yet
+  std::set<std::string> mWalked;   // folders
+  bool mFinding = false;
   std::vector<std::string> mPaths;
   size_t mSubmitted = 0;
   size_t mStored = 0;
   std::vector<Arrival> mArrived;
   std::map<size_t, wire::AddedFile> mUnreported;  // by index
   size_t mReported = 0;
+  std::vector<std::string> mPlaced;  // in the vault by this batch, and not noted yet
   std::vector<uint32_t> mNewFonts;
   wire::AddFilesReply mTotals;
 };

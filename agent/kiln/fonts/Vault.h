@@ -34,6 +34,9 @@ class Vault {
   /// Removes a copy that isn't wanted.
   void Discard(const std::string& incoming);
 
+  std::string PathOf(const std::string& hash, const std::string& extension) const {
+    return PathOf(mPaths, hash, extension);
+  }
   static std::string PathOf(const KilnPaths& paths, const std::string& hash, const std::string& extension);
   /// What is behind the last dot of a file name, in lower case, when it looks like an extension; else "font".
   static std::string ExtensionOf(const std::string& fileName);

@@ -56,7 +56,10 @@ void FolderSync::Walk() {
     mCurrent = 0;
     return Import();
   }
-  FolderWalk::Start(mServices.context, mWork[mCurrent].source.folder, mOnFolder,
+  const auto onFolder = [self = shared_from_this()](const std::string& folder) {
+    if (!self->mStopped) self->mOnFolder(folder);
+  };
+  FolderWalk::Start(mServices.context, mWork[mCurrent].source.folder, onFolder,
                     [self = shared_from_this()](FolderWalk::Found& found) {
                       self->Compare(found);
                       ++self->mCurrent;

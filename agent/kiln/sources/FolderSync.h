@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "kiln/sources/FolderWalk.h"
+#include "kiln/fonts/FolderWalk.h"
 #include "kiln/sources/LibraryServices.h"
 #include "kiln/sources/ReplicationBoard.h"
 

@@ -44,7 +44,7 @@ TEST_F(KilnLibraryTest, AddsFilesAndFoldersAndNamesWhatItCouldNotRead) {
   WireClient client;
   const auto totals =
       client.AddFiles({FontFile("Testa-Regular"), mFiles.Path("sub"), mFiles.Write("list.txt", "x"),
-                       mFiles.Path("nowhere.ttf"), mFiles.Path("t1/Old.pfb"), metrics});
+                       mFiles.Path("nowhere.ttf"), mFiles.Path("t1/Old.pfb"), metrics, mFiles.Path("sub")});
   EXPECT_EQ(totals.files_added(), 3u);
   EXPECT_EQ(totals.fonts_added(), 3u);
   EXPECT_EQ(totals.files_failed(), 3u);

@@ -1,4 +1,4 @@
-#include "kiln/sources/FolderWalk.h"
+#include "kiln/fonts/FolderWalk.h"
 
 #include <sys/stat.h>
 
@@ -6,7 +6,7 @@
 #include <chrono>
 #include <system_error>
 
-#include "kiln/fonts/FontFileWalk.h"
+#include "kiln/fonts/FontFileNames.h"
 
 namespace kiln {
 namespace {
