@@ -94,13 +94,16 @@ void FontServer::Describe(wire::ServerStateReply& reply) const {
 FontServer::Listing FontServer::List() const {
   Listing listing;
   for (const wire::Workgroup& one : mServices.library.workgroups.Listed()) {
-    listing.emplace_back(one.id(), one.name(), static_cast<int>(one.type()));
+    listing.workgroups.emplace_back(one.id(), one.name(), static_cast<int>(one.type()));
   }
+  listing.setEntries = mServices.CountSetEntries();
   return listing;
 }
 
 void FontServer::TellListing(const Listing& before) {
-  if (List() != before) mServices.TellWorkgroupsChanged();
+  const Listing now = List();
+  if (now.workgroups != before.workgroups) mServices.TellWorkgroupsChanged();
+  if (now.setEntries != before.setEntries) mServices.TellSetsChanged();
 }
 
 void FontServer::TellPermissions() {

@@ -63,7 +63,10 @@ class FontServer {
   void Rescan(const FolderSync::Done& done);
 
  private:
-  using Listing = std::vector<std::tuple<uint32_t, std::string, int>>;
+  struct Listing {
+    std::vector<std::tuple<uint32_t, std::string, int>> workgroups;
+    int64_t setEntries = 0;
+  };
 
   bool Serves() const;
   int32_t ServerType() const;

@@ -70,12 +70,14 @@ uint32_t GoogleLibrary::Set(bool enabled, const std::string& wanted) {
   if (enabled && (folder.empty() || folder.front() != '/')) return codes::kInvalidParam;
   if (enabled && !IsReadable(folder)) return codes::kDirectoryNotFound;
   const bool before = mServices.library.settings.Is(kEnabled);
+  const int64_t setEntries = mServices.CountSetEntries();
   if (const uint32_t error = Write(enabled, folder)) return error;
   if (enabled != before) {
     wire::ServerMessage switched;
     switched.mutable_google_enabled()->set_enabled(enabled);
     mServices.broadcast(switched);
     mServices.TellWorkgroupsChanged();
+    if (mServices.CountSetEntries() != setEntries) mServices.TellSetsChanged();
   }
   Apply();
   if (enabled) mFiles.Sync({wire::REPLICATION_GOOGLE, true}, nullptr);

@@ -29,8 +29,11 @@ void LibraryServices::TellWorkgroupsChanged() const {
 
 int64_t LibraryServices::CountSetEntries() const {
   int64_t count = 0;
-  library.database->ReadNumber("SELECT (SELECT count(*) FROM sets) + (SELECT count(*) FROM set_fonts)",
-                               count);
+  library.database->ReadNumber(
+      "SELECT (SELECT count(*) FROM sets s JOIN workgroups w ON w.id = s.workgroup_id WHERE NOT w.hidden)"
+      " + (SELECT count(*) FROM set_fonts f JOIN sets s ON s.id = f.set_id"
+      " JOIN workgroups w ON w.id = s.workgroup_id WHERE NOT w.hidden)",
+      count);
   return count;
 }
 

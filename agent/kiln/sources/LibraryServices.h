@@ -29,7 +29,7 @@ struct LibraryServices {
   void TellLibraryChanged(const std::vector<uint32_t>& fontIDs) const;
   void TellWorkgroupsChanged() const;
 
-  /// A number that changes when sets go, or lose fonts.
+  /// A number that changes when sets go, with their workgroup or out of sight with it, or lose fonts.
   int64_t CountSetEntries() const;
   void TellSetsChanged() const;
 };
