@@ -29,6 +29,7 @@ class SystemFonts {
 
   /// Looks now. A call during a look has another one follow it.
   void Refresh();
+  bool IsReady() const { return mReady; }
   /// Called once after the first look, whatever came of it.
   void WhenReady(std::function<void()> ready);
 

@@ -6,6 +6,7 @@
 #include <boost/asio/write.hpp>
 #include <utility>
 
+#include "kiln/server/RequestLimits.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -61,6 +62,10 @@ bool Connection::TakeFrames() {
         return false;
       case FrameReader::Result::kFrame:
         break;
+    }
+    if (HasTooManyEntries(body)) {
+      End("it sent a list that is too long");
+      return false;
     }
     wire::ClientMessage message;
     if (!message.ParseFromArray(body.data(), static_cast<int>(body.size())) || message.id() == 0) {
@@ -139,7 +144,7 @@ void Connection::SendRestAndClose() {
 // What a peer asked before it hung up is still done, but for one that is thrown out.
 void Connection::End(const char* reason) {
   mPeerHasGone = true;
-  mMisbehaved = reason != nullptr;
+  if (reason != nullptr) mMisbehaved = true;  // the reading that this ends comes here, too
   boost::system::error_code ignored;
   mSocket.close(ignored);
   boost::asio::post(mMain, [self = shared_from_this(), reason] {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kiln/fonts/LibraryImport.h"
+#include "kiln/server/RequestLimits.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -31,6 +32,7 @@ Handling LibraryRequests::Handle(const std::shared_ptr<Connection>& connection,
       ListFonts(*connection, message.list_fonts(), *reply.mutable_list_fonts());
       return Handling::kDone;
     case wire::ClientMessage::kListActivations:
+      reply.mutable_list_activations();  // also without any
       for (wire::Activation& activation : mState.library->activations.List()) {
         *reply.mutable_list_activations()->add_activations() = std::move(activation);
       }
@@ -96,7 +98,7 @@ uint32_t LibraryRequests::AddFiles(const std::shared_ptr<Connection>& connection
   if (*type != wire::WORKGROUP_LOCAL) return codes::kCannotAddFontsToWorkgroup;
   std::vector<std::string> paths;
   for (const std::string& path : request.paths()) {
-    if (path.empty() || path.front() != '/') return codes::kInvalidPath;
+    if (!IsPath(path)) return codes::kInvalidPath;
     paths.push_back(path);
   }
   // Ended by its holder, behind the reply.

@@ -9,6 +9,7 @@
 #include <exception>
 #include <utility>
 
+#include "kiln/server/RequestLimits.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -166,13 +167,16 @@ void Server::Take(asio::local::stream_protocol::socket socket) {
 }
 
 // What a client can't be told of it must not hold: it has given up waiting.
+bool Server::GaveUpWaiting(const Connection& connection, const wire::ClientMessage& message) {
+  const bool activates = message.has_activate_fonts() || message.has_activate_document_fonts();
+  if (!activates || !connection.PeerHasGone()) return false;
+  mLog.Print("'%s' (process %d) didn't wait for its fonts", connection.program.c_str(), connection.Pid());
+  return true;
+}
+
 void Server::OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message) {
-  if (connection->PeerHasGone() && (message.has_activate_fonts() || message.has_activate_document_fonts())) {
-    mLog.Print("'%s' (process %d) didn't wait for its fonts", connection->program.c_str(), connection->Pid());
-    return;
-  }
   if (!AsksHowKilnIs(message.body_case())) ++mState.requestCount;
-  if (mState.systemFonts && NeedsSystemFonts(message.body_case())) {
+  if (mState.systemFonts && !mState.systemFonts->IsReady() && NeedsSystemFonts(message.body_case())) {
     mState.systemFonts->WhenReady([this, weak = std::weak_ptr<Connection>(connection), message] {
       if (const std::shared_ptr<Connection> still = weak.lock()) Answer(still, message);
     });
@@ -182,6 +186,7 @@ void Server::OnMessage(const std::shared_ptr<Connection>& connection, const wire
 }
 
 void Server::Answer(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message) {
+  if (GaveUpWaiting(*connection, message)) return;
   wire::ServerMessage reply;
   reply.set_reply_to(message.id());
   ActivationChange change;
@@ -192,6 +197,8 @@ void Server::Answer(const std::shared_ptr<Connection>& connection, const wire::C
     reply.set_error(codes::kNotInitialized);
   } else if (!known) {
     reply.set_error(codes::kNotImplemented);
+  } else if (!IsWithinLimits(message)) {
+    reply.set_error(codes::kInvalidParam);
   } else if (!mSession.Handle(*connection, message, reply)) {
     if (mState.library) {
       handling = HandleByLibrary(connection, message, reply, change);
@@ -206,7 +213,8 @@ void Server::Answer(const std::shared_ptr<Connection>& connection, const wire::C
   }
   mAnswering = false;
   for (const std::function<void()>& event : std::exchange(mHeldEvents, {})) event();
-  mState.clients.Announce(connection->clientID, change);
+  Announce(connection->clientID, change);
+  if (mState.sources) mState.sources->sweep.RunBehind(change.deactivated);
 }
 
 Handling Server::HandleByLibrary(const std::shared_ptr<Connection>& connection,

@@ -120,6 +120,7 @@ void SessionRequests::EndSession(Connection& connection) {
   ActivationChange change;
   if (mState.library->book.EndSession(connection.clientID, change) == codes::kSuccess) {
     mState.clients.Announce(connection.clientID, change);
+    mState.sources->sweep.RunBehind(change.deactivated);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "kiln/server/RequestIDs.h"
+#include "kiln/server/RequestLimits.h"
 #include "protocol/ErrorCodes.h"
 
 namespace kiln {
@@ -66,6 +67,7 @@ Handling SetRequests::Handle(const std::shared_ptr<Connection>& connection,
       reply.set_error(sets.Delete(message.delete_set().set_id()));
       break;
     case wire::ClientMessage::kListSets:
+      reply.mutable_list_sets();  // also without any
       for (wire::FontSet& set : sets.List(WorkgroupScope(message.list_sets().workgroup_ids()))) {
         *reply.mutable_list_sets()->add_sets() = std::move(set);
       }
@@ -100,9 +102,7 @@ bool SetRequests::MayExport(uint32_t fontID) {
 uint32_t SetRequests::ExportFonts(const std::shared_ptr<Connection>& connection, uint32_t requestID,
                                   const wire::ExportFontsRequest& request) {
   const std::string& destination = request.destination();
-  if (destination.empty() || destination.front() != '/' || destination.find('\0') != std::string::npos) {
-    return codes::kInvalidPath;
-  }
+  if (!IsPath(destination)) return codes::kInvalidPath;
   if (request.font_ids().empty()) return codes::kNoFontsToExport;
   std::vector<Wanted> fonts;
   std::vector<FontExport::File> files;

@@ -4,6 +4,7 @@
 #include <span>
 #include <utility>
 
+#include "kiln/server/RequestLimits.h"
 #include "kiln/server/Rescan.h"
 #include "kiln/sources/UserLibraries.h"
 #include "protocol/ErrorCodes.h"
@@ -16,7 +17,9 @@ Handling WorkgroupRequests::Handle(const std::shared_ptr<Connection>& connection
   LibrarySources& sources = *mState.sources;
   switch (message.body_case()) {
     case wire::ClientMessage::kLogIn:
-      reply.set_error(sources.fontServer.LogIn(message.log_in().server(), message.log_in().user()));
+      reply.set_error(IsPath(message.log_in().server())
+                          ? sources.fontServer.LogIn(message.log_in().server(), message.log_in().user())
+                          : codes::kFailedToConnect);
       return Handling::kDone;
     case wire::ClientMessage::kLogOut:
       reply.set_error(sources.fontServer.LogOut(message.log_out().leave()));
@@ -34,7 +37,7 @@ Handling WorkgroupRequests::Handle(const std::shared_ptr<Connection>& connection
       reply.set_error(ChangeFonts(message.change_workgroup_fonts(), *reply.mutable_change_workgroup_fonts()));
       return Handling::kDone;
     case wire::ClientMessage::kSetGoogle:
-      reply.set_error(sources.google.Set(message.set_google().enabled(), message.set_google().folder()));
+      reply.set_error(SetGoogle(message.set_google()));
       return Handling::kDone;
     case wire::ClientMessage::kRescan:
       Rescan::Start(mState, connection, message.id());
@@ -90,6 +93,12 @@ bool WorkgroupRequests::IsAllowed(const wire::PermissionRequest& request) {
     return request.across_workgroups() && mState.sources->fontServer.MayActivateAcross();
   }
   return request.column_id() == kExportFontsColumn && MayExportFrom(request.workgroup_id());
+}
+
+uint32_t WorkgroupRequests::SetGoogle(const wire::SetGoogleRequest& request) {
+  if (request.enabled() && !request.folder().empty() && !IsPath(request.folder()))
+    return codes::kInvalidParam;
+  return mState.sources->google.Set(request.enabled(), request.folder());
 }
 
 uint32_t WorkgroupRequests::Create(const std::string& name, wire::CreateWorkgroupReply& reply) {

@@ -24,6 +24,7 @@ class WorkgroupRequests {
   bool IsAllowed(const wire::PermissionRequest& request);
   bool MayExportFrom(uint32_t workgroupID);
 
+  uint32_t SetGoogle(const wire::SetGoogleRequest& request);
   uint32_t Create(const std::string& name, wire::CreateWorkgroupReply& reply);
   uint32_t Rename(const wire::RenameWorkgroupRequest& request);
   uint32_t Delete(uint32_t workgroupID);

@@ -21,6 +21,13 @@ void OrphanSweep::Run() {
   });
 }
 
+void OrphanSweep::RunBehind(const std::vector<wire::FontPlace>& deactivated) {
+  constexpr uint32_t kNone = 0;
+  for (const wire::FontPlace& font : deactivated) {
+    if (!mLibrary.workgroups.OthersHold(kNone, font.font_id())) return Run();
+  }
+}
+
 void OrphanSweep::Slice() {
   const std::vector<LibraryWriter::Orphan> orphans = mLibrary.writer.Orphans(mAfter);
   std::vector<uint32_t> gone;

@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+#include "protocol/Kiln.pb.h"
+
 namespace kiln {
 
 struct FontLibrary;
@@ -22,6 +24,8 @@ class OrphanSweep {
 
   /// Sweeps soon, in slices. A call during a sweep has another one follow it.
   void Run();
+  /// Sweeps if one of these fonts, which were active until now, is in no workgroup.
+  void RunBehind(const std::vector<wire::FontPlace>& deactivated);
 
  private:
   void Slice();

@@ -150,7 +150,7 @@ TEST_F(FontServerTest, WhatHappensAtTheServerIsFollowed) {
   PutFont("server/Books", "Second-Regular");
   EXPECT_EQ(WaitForReplication(), wire::REPLICATION_FONT_SERVER);
   EXPECT_EQ(Workgroups(), "Own:3:0 Books:1:2");
-  mClient->OpenDocument({"Second-Regular"});
+  const uint32_t second = mClient->OpenDocument({"Second-Regular"}).matched(0).font().id();
 
   PutFont("server/Common", "Common-Regular");
   EXPECT_TRUE(WaitFor(wire::ServerMessage::kWorkgroupsChanged));
@@ -162,6 +162,8 @@ TEST_F(FontServerTest, WhatHappensAtTheServerIsFollowed) {
   EXPECT_EQ(Workgroups(), "Own:3:0 Common:1:1");
   EXPECT_TRUE(VaultComesTo(2)) << "one of the workgroup, and the active font";
   EXPECT_TRUE(FcListShows("Second-Regular"));
+  mClient->Deactivate({second});
+  EXPECT_TRUE(VaultComesTo(1)) << "nobody holds it any more";
 
   Configure("users = anna");
   EXPECT_FALSE(mClient->WaitForEvent(wire::ServerMessage::kLogInState)->log_in_state().logged_in());

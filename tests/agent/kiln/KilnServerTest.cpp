@@ -56,6 +56,12 @@ TEST_F(KilnServerTest, TheWireIsCheckedBeforeItIsUnderstood) {
   wrongVersion.mutable_hello()->set_protocol_version(kProtocolVersion + 1);
   std::string wrongFrame;
   AppendFrame(wrongVersion, wrongFrame);
+  // Two bytes of the frame each.
+  wire::ClientMessage endless;
+  endless.set_id(1);
+  for (int i = 0; i <= 100000; ++i) endless.mutable_activate_document_fonts()->add_fonts();
+  std::string endlessFrame;
+  AppendFrame(endless, endlessFrame);
   struct {
     const char* name;
     std::string bytes;
@@ -65,6 +71,7 @@ TEST_F(KilnServerTest, TheWireIsCheckedBeforeItIsUnderstood) {
       {"an empty message", std::string(4, '\0')},
       {"another protocol's greeting", "GET / HTTP/1.1\r\n\r\n"},
       {"another version", wrongFrame},
+      {"a list without an end", endlessFrame},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.name);
@@ -91,8 +98,12 @@ TEST_F(KilnServerTest, RequestsThatCantBeAnsweredGetACode) {
   EXPECT_EQ(client.Ask(request).error(), codes::kNotFound);
   request.mutable_add_files()->add_paths("relative/path.ttf");
   EXPECT_EQ(client.Ask(request).error(), codes::kInvalidPath);
+  *request.mutable_add_files()->mutable_paths(0) = std::string("/tmp\0/one.ttf", 13);
+  EXPECT_EQ(client.Ask(request).error(), codes::kInvalidPath);
   request.mutable_add_files()->set_workgroup_id(2);
   EXPECT_EQ(client.Ask(request).error(), codes::kCannotAddFontsToWorkgroup);
+  request.mutable_font_is_activated()->mutable_font_ids()->Resize(100001, 7);
+  EXPECT_EQ(client.Ask(request).error(), codes::kInvalidParam);
   request.mutable_begin_logging()->set_file_name("../../escape.log");
   EXPECT_EQ(client.Ask(request).error(), codes::kInvalidParam);
 }
