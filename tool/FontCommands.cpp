@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "Amount.h"
 #include "Complaint.h"
 #include "ExitCodes.h"
 #include "FontFinder.h"
@@ -47,8 +48,8 @@ int SetRefused(const RefuseOptions& options, bool refused) {
     ComplainOfCode("the fonts could not be marked", code);
     return kExitFailed;
   }
-  std::printf(refused ? "%zu fonts of %s are not to be activated.\n" : "%zu fonts of %s may be activated.\n",
-              ids.size(), PrintableText(library->name).c_str());
+  std::printf(refused ? "Marked %s of %s as not to be activated.\n" : "Took the mark from %s of %s.\n",
+              Amount(ids.size(), "font").c_str(), PrintableText(library->name).c_str());
   return foundAll ? kExitOk : kExitFailed;
 }
 
@@ -85,9 +86,10 @@ int RunActivate(const ActivateOptions& options) {
     }
   }
   wellDone = wellDone && failedCount == 0 && refusedCount == 0;
-  std::printf("%zu fonts are active until you deactivate them",
-              ids.size() - failedCount - refusedCount - systemCount);
-  if (systemCount > 0) std::printf(", %zu are the system's and active in any case", systemCount);
+  std::printf("Activated %s until deactivated by hand",
+              Amount(ids.size() - failedCount - refusedCount - systemCount, "font").c_str());
+  if (systemCount > 0)
+    std::printf(", %s of the system active in any case", Amount(systemCount, "font").c_str());
   std::puts(".");
   return wellDone ? kExitOk : kExitFailed;
 }
@@ -112,7 +114,7 @@ int RunDeactivate(const DeactivateOptions& options) {
     ComplainOfFont(fonts[i], "stays active; it is a font of the system");
     wellDone = false;
   }
-  std::printf("%zu fonts were deactivated.\n", deactivated);
+  std::printf("Deactivated %s.\n", Amount(deactivated, "font").c_str());
   return wellDone ? kExitOk : kExitFailed;
 }
 
@@ -146,7 +148,8 @@ int RunExport(const ExportOptions& options) {
     wellDone = false;
   }
   if (code != 0) ComplainOfCode(copied > 0 ? "not all fonts were copied" : "no font was copied", code);
-  if (copied > 0) std::printf("%zu fonts were copied into %s.\n", copied, PrintableText(folder).c_str());
+  if (copied > 0)
+    std::printf("Copied %s into %s.\n", Amount(copied, "font").c_str(), PrintableText(folder).c_str());
   return code == 0 && wellDone ? kExitOk : kExitFailed;
 }
 

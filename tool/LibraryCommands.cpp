@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "Amount.h"
 #include "Complaint.h"
 #include "ExitCodes.h"
 #include "JsonText.h"
@@ -84,8 +85,11 @@ int RunLibraryAdd(const LibraryAddOptions& options) {
     if (result.status == "added") fonts += result.fonts.size();
   }
   const size_t failed = CountStatus(results, "failed");
-  std::printf("Added %zu fonts from %zu files", fonts, CountStatus(results, "added"));
-  if (const size_t known = CountStatus(results, "known")) std::printf(", %zu files were known", known);
+  std::printf("Added %s from %s", Amount(fonts, "font").c_str(),
+              Amount(CountStatus(results, "added"), "file").c_str());
+  if (const size_t known = CountStatus(results, "known")) {
+    std::printf(", %s known before", Amount(known, "file").c_str());
+  }
   if (failed > 0) std::printf(", %zu failed", failed);
   std::printf(".\n");
   return failed > 0 ? kExitFailed : kExitOk;

@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "Amount.h"
 #include "JsonText.h"
 #include "Utf8Text.h"
 
@@ -49,8 +50,8 @@ bool OpenReport::HasActivated() const {
 void OpenReport::PrintOpened() const {
   const auto active = std::count_if(m_activity.matched.begin(), m_activity.matched.end(),
                                     [](const auto& font) { return font.wasActive; });
-  std::printf("%s: %zu fonts used, %zu activated, %zu active before, %zu missing\n",
-              PrintableText(m_path).c_str(), m_usedFonts.size(),
+  std::printf("%s: %s used, %zu activated, %zu active before, %zu missing\n", PrintableText(m_path).c_str(),
+              Amount(m_usedFonts.size(), "font").c_str(),
               m_activity.matched.size() - static_cast<size_t>(active), static_cast<size_t>(active),
               m_activity.problems.size());
   for (const Host::UsedFont& font : m_usedFonts) PrintFont(font);
@@ -107,8 +108,9 @@ void OpenReport::PrintClosed() const {
     std::printf("%s closed: no font given back\n", PrintableText(m_path).c_str());
     return;
   }
-  std::printf("%s closed: %zu fonts given back: %s\n", PrintableText(m_path).c_str(),
-              m_activity.deactivated.size(), Joined(m_activity.deactivated, Same).c_str());
+  std::printf("%s closed: %s given back: %s\n", PrintableText(m_path).c_str(),
+              Amount(m_activity.deactivated.size(), "font").c_str(),
+              Joined(m_activity.deactivated, Same).c_str());
 }
 
 void OpenReport::PrintJson() const {

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "Amount.h"
 #include "Complaint.h"
 #include "ExitCodes.h"
 #include "FontFinder.h"
@@ -92,7 +93,8 @@ int RunRescan(const RescanOptions&) {
   const auto missing = dynamicCF<CFArrayRef>(CFDictionaryGetValue(report.get(), CFSTR("missingIDs")));
   const std::vector<std::string> ids = missing ? ToStringVector(missing) : std::vector<std::string>();
   for (const std::string& id : ids) ComplainOfMissing(*kiln, id);
-  std::printf("%lu files were checked, %zu fonts are missing.\n",
-              XCFUtils::GetULongFromDictString(report.get(), CFSTR("filesChecked")), ids.size());
+  std::printf("%s checked, %s missing.\n",
+              Amount(XCFUtils::GetULongFromDictString(report.get(), CFSTR("filesChecked")), "file").c_str(),
+              Amount(ids.size(), "font").c_str());
   return ids.empty() ? kExitOk : kExitFailed;
 }

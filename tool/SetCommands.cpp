@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "Amount.h"
 #include "Complaint.h"
 #include "ExitCodes.h"
 #include "FontFinder.h"
@@ -46,8 +47,9 @@ bool ReadSets(const KilnConnection& kiln, std::vector<FontSet>& outSets) {
 }
 
 void PrintSet(const FontSet& set, const LibrarySession& session) {
-  std::printf("%6u  %s, in %s, %zu fonts\n", set.id, PrintableText(set.name).c_str(),
-              PrintableText(session.workgroups.NameOf(set.workgroupID)).c_str(), set.fontIDs.size());
+  std::printf("%6u  %s, in %s, %s\n", set.id, PrintableText(set.name).c_str(),
+              PrintableText(session.workgroups.NameOf(set.workgroupID)).c_str(),
+              Amount(set.fontIDs.size(), "font").c_str());
   const FontFinder finder(*session.kiln);
   for (const unsigned int id : set.fontIDs) {
     NamedFont font;
@@ -94,8 +96,8 @@ int RunMakeSet(const MakeSetOptions& options) {
     ComplainOfCode(options.name + ": the set could not be made", code);
     return kExitFailed;
   }
-  std::printf("%s was made of %zu fonts; its ID is %d.\n", PrintableText(options.name).c_str(), ids.size(),
-              setID);
+  std::printf("%s was made of %s; its ID is %d.\n", PrintableText(options.name).c_str(),
+              Amount(ids.size(), "font").c_str(), setID);
   return kExitOk;
 }
 
@@ -116,7 +118,7 @@ int RunAddToSet(const AddToSetOptions& options) {
     ComplainOfCode("the fonts could not be added to the set", code);
     return kExitFailed;
   }
-  std::printf("%zu fonts were added to the set.\n", ids.size());
+  std::printf("Added %s to the set.\n", Amount(ids.size(), "font").c_str());
   return foundAll ? kExitOk : kExitFailed;
 }
 

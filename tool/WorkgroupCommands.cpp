@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "Amount.h"
 #include "Complaint.h"
 #include "ExitCodes.h"
 #include "FontFinder.h"
@@ -15,7 +16,7 @@ namespace {
 void PrintWorkgroup(const Workgroup& workgroup) {
   const char* const mark = workgroup.isSelected ? "*" : " ";
   const std::string id = workgroup.IsAll() ? "all" : std::to_string(workgroup.id);
-  const std::string count = workgroup.IsAll() ? "" : std::to_string(workgroup.fontCount) + " fonts";
+  const std::string count = workgroup.IsAll() ? "" : Amount(workgroup.fontCount, "font");
   std::printf("%s %4s  %-32s %s\n", mark, id.c_str(), PrintableText(workgroup.name).c_str(), count.c_str());
 }
 
@@ -62,7 +63,7 @@ int ChangeFonts(const WorkgroupFontsOptions& options, bool remove) {
     }
   }
   const size_t changed = ids.size() - static_cast<size_t>(CFArrayGetCount(kept.get()));
-  std::printf(remove ? "%zu fonts were taken out of %s.\n" : "%zu fonts were put into %s.\n", changed,
+  std::printf(remove ? "Took %s out of %s.\n" : "Put %s into %s.\n", Amount(changed, "font").c_str(),
               PrintableText(library->name).c_str());
   return wellDone ? kExitOk : kExitFailed;
 }

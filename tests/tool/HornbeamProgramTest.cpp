@@ -129,7 +129,7 @@ TEST_F(HornbeamProgramTest, InterruptionClosesWhatIsOpen) {
   ASSERT_TRUE(run.WaitForOutput("alert")) << run.Errors();
   run.Signal(SIGINT);
   EXPECT_EQ(run.Wait(), 0);
-  EXPECT_THAT(run.Output(), HasSubstr("1 fonts given back"));
+  EXPECT_THAT(run.Output(), HasSubstr("1 font given back"));
   EXPECT_FALSE(IsShown(kSans));
 }
 
@@ -174,7 +174,7 @@ TEST_F(HornbeamProgramTest, TwoImportsAtOnceBothLandAndADamagedFontIsNamed) {
   EXPECT_EQ(first.Wait(), 1);
   EXPECT_EQ(second.Wait(), 0) << second.Errors();
   EXPECT_THAT(first.Errors(), HasSubstr("hornbeam: " + damaged + ": "));
-  EXPECT_THAT(first.Output(), HasSubstr("Added 1 fonts from 1 files, 1 failed."));
+  EXPECT_THAT(first.Output(), HasSubstr("Added 1 font from 1 file, 1 failed."));
   const std::string list = RunHornbeam({"library", "list", "--json"}).output;
   EXPECT_THAT(list, HasSubstr("\"postScriptName\":\"DejaVuSans\""));
   EXPECT_THAT(list, HasSubstr("\"postScriptName\":\"DejaVuSerif\""));
