@@ -29,6 +29,7 @@ bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessag
           Deactivate(connection, message.deactivate_fonts(), *reply.mutable_deactivate_fonts(), change));
       return true;
     case wire::ClientMessage::kClientActivationStates: {
+      reply.mutable_client_activation_states();  // also without any
       const std::span<const uint32_t> ids = IDs(message.client_activation_states().font_ids());
       for (const bool state : library.book.ClientStates(connection.clientID, ids)) {
         reply.mutable_client_activation_states()->add_activated(state);
@@ -36,6 +37,7 @@ bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessag
       return true;
     }
     case wire::ClientMessage::kFontIsActivated: {
+      reply.mutable_font_is_activated();
       const Transaction reading(*library.database);
       for (const uint32_t id : message.font_is_activated().font_ids()) {
         const std::optional<FontRow> row = library.fonts.Load(id);
@@ -51,6 +53,7 @@ bool ActivationRequests::Handle(Connection& connection, const wire::ClientMessag
       return true;
     }
     case wire::ClientMessage::kFontConflicts: {
+      reply.mutable_font_conflicts();
       const Transaction reading(*library.database);
       for (const uint32_t id : message.font_conflicts().font_ids()) {
         reply.mutable_font_conflicts()->add_conflicting_ids(library.activations.ConflictOf(id));
