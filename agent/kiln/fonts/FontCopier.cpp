@@ -61,6 +61,12 @@ class Descriptor {
   int mNumber;
 };
 
+int GiveName(int nameless, const std::string& path) {
+  const std::string file = "/proc/self/fd/" + std::to_string(nameless);
+  if (linkat(AT_FDCWD, file.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0) return 0;
+  return errno == ENOENT ? EIO : errno;
+}
+
 int WriteAll(int file, const char* data, size_t size) {
   while (size > 0) {
     const ssize_t count = write(file, data, size);
@@ -96,7 +102,11 @@ int FontCopier::CopyFile(const std::string& from, const std::string& to) const {
   struct stat found {};
   if (input.Number() < 0 || fstat(input.Number(), &found) != 0) return errno;
   if (!S_ISREG(found.st_mode)) return EINVAL;
-  Descriptor output(open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAsTheUserHasIt));
+  // Without a name until it is whole, so that a Kiln that is killed leaves no half of a font behind. Not
+  // every file system has such files.
+  const int nameless = open(mFolder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kAsTheUserHasIt);
+  Descriptor output(
+      nameless >= 0 ? nameless : open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAsTheUserHasIt));
   // An ENOENT from here means the source.
   if (output.Number() < 0) return errno == ENOENT ? EIO : errno;
   std::vector<char> buffer(kChunk);
@@ -108,8 +118,13 @@ int FontCopier::CopyFile(const std::string& from, const std::string& to) const {
     error = count < 0 ? errno : WriteAll(output.Number(), buffer.data(), static_cast<size_t>(count));
     if (mStopped) error = ECANCELED;
   }
+  bool named = nameless < 0;
+  if (error == 0 && !named) {
+    error = GiveName(nameless, to);
+    named = error == 0;
+  }
   if (const int atEnd = output.Close(); error == 0) error = atEnd;
-  if (error != 0) unlink(to.c_str());
+  if (error != 0 && named) unlink(to.c_str());
   return error;
 }
 
