@@ -7,6 +7,7 @@ namespace {
 
 // Among the agent's raw states.
 constexpr unsigned long kMissingState = 7;
+constexpr unsigned long kUnusableState = 8;
 
 std::string Text(CFDictionaryRef dictionary, const char* key) {
   return XCFUtils::GetStringFromDict(dictionary, ToCFString(key).get());
@@ -63,6 +64,7 @@ ErrCode KilnLibrary::ListFonts(std::vector<Font>& outFonts) const {
     font.version = Text(record.get(), "Version");
     font.active = Text(record.get(), "IsActive") == "1";
     font.missing = Number(record.get(), "ActivationStatus") == kMissingState;
+    font.damaged = Number(record.get(), "ActivationStatus") == kUnusableState;
     outFonts.push_back(std::move(font));
   }
   return 0;

@@ -27,6 +27,7 @@ class KilnLibrary {
     std::string version;
     bool active = false;
     bool missing = false;  ///< its file has gone
+    bool damaged = false;  ///< its file isn't what it was
   };
 
   /// What Kiln says of itself.

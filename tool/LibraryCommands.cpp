@@ -39,7 +39,7 @@ size_t CountStatus(const std::vector<KilnLibrary::FileResult>& results, const ch
 }
 
 void PrintFont(const KilnLibrary::Font& font) {
-  const char* const state = font.active ? "active" : font.missing ? "missing" : "";
+  const char* const state = font.active ? "active" : font.missing ? "missing" : font.damaged ? "damaged" : "";
   std::printf("%6lu  %-8s  %-36s %-10s %-12s %s, %s\n", font.databaseID, state,
               PrintableText(font.postScriptName).c_str(), PrintableText(font.kind).c_str(),
               PrintableText(font.version).c_str(), PrintableText(font.family).c_str(),
@@ -57,6 +57,7 @@ void PrintFontAsJson(const KilnLibrary::Font& font) {
   json.Key("version").String(font.version);
   json.Key("active").Boolean(font.active);
   json.Key("missing").Boolean(font.missing);
+  json.Key("damaged").Boolean(font.damaged);
   json.EndObject();
   std::puts(json.Text().c_str());
 }

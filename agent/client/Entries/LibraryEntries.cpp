@@ -35,6 +35,8 @@ std::string SentenceFor(ErrCode code) {
       return "There is no such file, or it can't be read.";
     case GFileSystem::kDiskFull:
       return "The disk is full.";
+    case GOspreySetManager::kWorkgroupNotFound:
+      return "The library has gone.";
     case GFileSystem::kInvalidPath:
       return "The path can't be used.";
     default:
