@@ -22,10 +22,16 @@ int Failed(const std::string& text, ErrCode code) {
   return kExitFailed;
 }
 
-void ComplainOfMissing(const KilnConnection& kiln, const std::string& id) {
-  NamedFont font;
-  FontFinder(kiln).FindByID(ParseFontID(id), font);
-  Complain(font.postScriptName + " (" + id + "): its file has gone; add it again");
+// Names the fonts of that list.
+size_t ComplainOfFiles(const KilnConnection& kiln, CFDictionaryRef report, CFStringRef list,
+                       const char* what) {
+  const auto ids = ToStringVector(dynamicCF<CFArrayRef>(CFDictionaryGetValue(report, list)));
+  for (const std::string& id : ids) {
+    NamedFont font;
+    FontFinder(kiln).FindByID(ParseFontID(id), font);
+    Complain(font.postScriptName + " (" + id + "): its file " + what + "; add it again");
+  }
+  return ids.size();
 }
 
 }  // namespace
@@ -90,11 +96,10 @@ int RunRescan(const RescanOptions&) {
                       report.get());
   }
   if (code != 0) return Failed("the library could not be checked", code);
-  const auto missing = dynamicCF<CFArrayRef>(CFDictionaryGetValue(report.get(), CFSTR("missingIDs")));
-  const std::vector<std::string> ids = missing ? ToStringVector(missing) : std::vector<std::string>();
-  for (const std::string& id : ids) ComplainOfMissing(*kiln, id);
-  std::printf("%s checked, %s missing.\n",
+  const size_t missing = ComplainOfFiles(*kiln, report.get(), CFSTR("missingIDs"), "has gone");
+  const size_t damaged = ComplainOfFiles(*kiln, report.get(), CFSTR("unusableIDs"), "is damaged");
+  std::printf("%s checked, %s missing, %zu damaged.\n",
               Amount(XCFUtils::GetULongFromDictString(report.get(), CFSTR("filesChecked")), "file").c_str(),
-              Amount(ids.size(), "font").c_str());
-  return ids.empty() ? kExitOk : kExitFailed;
+              Amount(missing, "font").c_str(), damaged);
+  return missing + damaged == 0 ? kExitOk : kExitFailed;
 }

@@ -95,8 +95,8 @@ TALWORTH_EXPORT ErrCode KilnLibrarySetGoogle(FacadeRef, bool enabled, const char
 TALWORTH_EXPORT ErrCode KilnLibraryGoogleState(FacadeRef, CFMutableDictionaryRef outState);
 
 /// Looks whether the files of the vault are there, and reads the folders of the Google library and of the
-/// server anew. Sets "filesChecked" (decimal text) and "missingIDs" (array of decimal texts). `progress` as
-/// in KilnLibraryExportFonts().
+/// server anew. Sets "filesChecked" (decimal text), "missingIDs" and "unusableIDs" (arrays of decimal texts:
+/// the file has gone, or isn't what was put into the vault). `progress` as in KilnLibraryExportFonts().
 TALWORTH_EXPORT ErrCode KilnLibraryRescan(FacadeRef, KilnProgressProc progress, void* context,
                                           CFMutableDictionaryRef outReport);
 

@@ -56,6 +56,8 @@ ErrCode KilnLibraryRescan(FacadeRef facade, KilnProgressProc progress, void* con
     const auto& report = reply.message.rescan();
     XCFUtils::PutULongIntoDictAsString(outReport, CFSTR("filesChecked"), report.files_checked());
     CFDictionarySetValue(outReport, CFSTR("missingIDs"), FontRecords::MakeIDList(report.missing_ids()).get());
+    CFDictionarySetValue(outReport, CFSTR("unusableIDs"),
+                         FontRecords::MakeIDList(report.unusable_ids()).get());
     return CoreErrorCodes::kSuccess;
   });
 }

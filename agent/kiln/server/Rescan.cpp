@@ -62,7 +62,9 @@ void Rescan::End(uint32_t error) {
   wire::ServerMessage message;
   message.set_error(error);
   if (error == codes::kSuccess) {
-    for (const uint32_t id : mState.library->vaultFiles.MissingFonts()) mReply.add_missing_ids(id);
+    VaultFileStore& files = mState.library->vaultFiles;
+    for (const uint32_t id : files.FontsOfFilesThatAre(FileState::kMissing)) mReply.add_missing_ids(id);
+    for (const uint32_t id : files.FontsOfFilesThatAre(FileState::kUnusable)) mReply.add_unusable_ids(id);
     *message.mutable_rescan() = mReply;
   }
   Send(std::move(message));

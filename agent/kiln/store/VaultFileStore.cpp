@@ -14,9 +14,9 @@ VaultFileStore::VaultFileStore(Database& database, const KilnPaths& paths)
                 "SELECT id, hash, extension, name, link, size, state FROM files"
                 " WHERE hash >= ?1 AND hash < ?1 || 'g' ORDER BY id"),
       mCount(database, "SELECT count(*) FROM files WHERE hash IS NOT NULL"),
-      mMissingFonts(database,
+      mFontsByState(database,
                     "SELECT f.id FROM files i JOIN fonts f ON f.file_id = i.id"
-                    " WHERE i.state = 1 AND i.hash IS NOT NULL ORDER BY f.id") {}
+                    " WHERE i.state = ? AND i.hash IS NOT NULL ORDER BY f.id") {}
 
 std::vector<VaultFile> VaultFileStore::Files(Statement& statement) {
   std::vector<VaultFile> files;
@@ -49,10 +49,10 @@ uint32_t VaultFileStore::Count() {
   return count;
 }
 
-std::vector<uint32_t> VaultFileStore::MissingFonts() {
+std::vector<uint32_t> VaultFileStore::FontsOfFilesThatAre(FileState state) {
   std::vector<uint32_t> fonts;
-  mMissingFonts.Start();
-  while (mMissingFonts.Next()) fonts.push_back(static_cast<uint32_t>(mMissingFonts.Number(0)));
+  mFontsByState.Start(static_cast<int>(state));
+  while (mFontsByState.Next()) fonts.push_back(static_cast<uint32_t>(mFontsByState.Number(0)));
   return fonts;
 }
 

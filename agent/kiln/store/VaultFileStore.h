@@ -32,8 +32,8 @@ class VaultFileStore {
   /// Files whose content's digest begins so: one of them, or those of one folder.
   std::vector<VaultFile> WithHash(const std::string& beginning);
   uint32_t Count();
-  /// Fonts whose file has gone, by ascending ID.
-  std::vector<uint32_t> MissingFonts();
+  /// Fonts whose file was found so, by ascending ID.
+  std::vector<uint32_t> FontsOfFilesThatAre(FileState state);
 
  private:
   std::vector<VaultFile> Files(Statement& statement);
@@ -42,7 +42,7 @@ class VaultFileStore {
   Statement mAfter;
   Statement mWithHash;
   Statement mCount;
-  Statement mMissingFonts;
+  Statement mFontsByState;
 };
 
 }  // namespace kiln

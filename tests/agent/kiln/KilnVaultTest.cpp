@@ -99,7 +99,9 @@ TEST_F(KilnVaultTest, AFileThatWasCutShortIsUnusableUntilItIsAddedAgain) {
   ASSERT_EQ(reply.problems_size(), 1);
   EXPECT_EQ(reply.problems(0).reason(), wire::ProblemFont::ACTIVATION_FAILED);
   EXPECT_EQ(reply.problems(0).error(), codes::kCorrupt);
-  EXPECT_EQ(Rescan().missing_ids_size(), 0);
+  const wire::RescanReply report = Rescan();
+  EXPECT_EQ(report.missing_ids_size(), 0);
+  EXPECT_EQ(report.unusable_ids_size(), 1);
 
   mClient->AddFiles({mFiles.Path("Testa-Regular.ttf")});
   EXPECT_EQ(fs::file_size(mPath), fs::file_size(mFiles.Path("Testa-Regular.ttf")));
