@@ -11,7 +11,7 @@ class FontconfigSystemTest : public testing::Test {
  protected:
   // As another program would: into the folder that fontconfig watches.
   std::string Install(size_t index) {
-    const std::string file = m_home.Folder().Path("data/fonts/installed" + std::to_string(index) + ".ttf");
+    std::string file = m_home.Folder().Path("data/fonts/installed" + std::to_string(index) + ".ttf");
     std::filesystem::copy_file(File(index), file);
     return file;
   }
