@@ -23,6 +23,8 @@ std::string SentenceFor(ErrCode code) {
       return "There is no such font.";
     case GOspreyAssetManager::kFontMissing:
       return "The library has lost its file.";
+    case GFontToolResults::kCorrupt:
+      return "The font is damaged.";
     case GFileSystem::kDiskFull:
       return "The disk is full.";
     default:
