@@ -23,8 +23,6 @@ namespace {
 using kiln::wire::ClientMessage;
 using XCFUtils::GetStringFromDict;
 
-;
-
 // --- Facade
 
 TEST_F(EntriesTest, OnlyTheNewestFacadeIsTaken) {
