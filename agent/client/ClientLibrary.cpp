@@ -35,7 +35,11 @@ std::vector<Notification> FontNotifications(int kind, const Event& event, uint64
 template <typename Event>
 std::vector<Notification> OfEachFont(int kind, const Event& event) {
   std::vector<Notification> notifications;
-  for (const uint32_t id : event.font_ids()) notifications.push_back({kind, id});
+  for (const uint32_t id : event.font_ids()) {
+    Notification& notification = notifications.emplace_back();
+    notification.kind = kind;
+    notification.data = id;
+  }
   return notifications;
 }
 
