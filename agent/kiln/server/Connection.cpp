@@ -85,7 +85,6 @@ void Connection::Take(wire::ClientMessage message, size_t size) {
     AppendFrame(reply, frame);
     return Enqueue(std::move(frame));
   }
-  if (HasHungUp()) mPeerHasGone = true;
   mUnansweredBytes += size;
   boost::asio::post(mMain, [self = shared_from_this(), message = std::move(message), size] {
     if (self->mOnClosed && !self->mMisbehaved) self->mOnMessage(self, message);
@@ -96,9 +95,18 @@ void Connection::Take(wire::ClientMessage message, size_t size) {
   });
 }
 
-bool Connection::HasHungUp() {
+// Asked of the system: the reading of the end may be behind what is worked on now.
+bool Connection::PeerHasGone() {
+  const std::scoped_lock lock(mDescriptor);
+  if (!mSocket.is_open()) return true;
   pollfd peer{mSocket.native_handle(), 0, 0};
   return poll(&peer, 1, 0) > 0 && (peer.revents & POLLHUP) != 0;
+}
+
+void Connection::CloseSocket() {
+  const std::scoped_lock lock(mDescriptor);
+  boost::system::error_code ignored;
+  mSocket.close(ignored);
 }
 
 void Connection::Send(const wire::ServerMessage& message) {
@@ -143,10 +151,8 @@ void Connection::SendRestAndClose() {
 
 // What a peer asked before it hung up is still done, but for one that is thrown out.
 void Connection::End(const char* reason) {
-  mPeerHasGone = true;
   if (reason != nullptr) mMisbehaved = true;  // the reading that this ends comes here, too
-  boost::system::error_code ignored;
-  mSocket.close(ignored);
+  CloseSocket();
   boost::asio::post(mMain, [self = shared_from_this(), reason] {
     if (reason == nullptr) return self->Close();
     self->CloseFor(reason);
@@ -156,10 +162,7 @@ void Connection::End(const char* reason) {
 void Connection::Close() {
   const OnClosed onClosed = std::exchange(mOnClosed, nullptr);
   if (!onClosed) return;
-  OnSocketThread([](Connection& self) {
-    boost::system::error_code ignored;
-    self.mSocket.close(ignored);
-  });
+  OnSocketThread([](Connection& self) { self.CloseSocket(); });
   onClosed(shared_from_this());
 }
 

@@ -8,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "kiln/system/BoundedLog.h"
@@ -45,8 +46,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void CloseFor(const char* reason);
 
   pid_t Pid() const { return mPid; }
-  /// Whether the client has hung up. What it asked before may still come in.
-  bool PeerHasGone() const { return mPeerHasGone; }
+  /// Whether the client has hung up by now. What it asked before may still come in.
+  bool PeerHasGone();
 
   // What the session's requests have told of the client.
   std::atomic<bool> saidHello = false;
@@ -64,7 +65,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void Enqueue(std::string frame);
   void Write();
   void End(const char* reason);
-  bool HasHungUp();
+  void CloseSocket();
   template <class Step>
   void OnSocketThread(Step step);
 
@@ -74,7 +75,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   BoundedLog& mLog;
   const OnMessage mOnMessage;
   OnClosed mOnClosed;
-  std::atomic<bool> mPeerHasGone = false;
+  std::mutex mDescriptor;  // held while it is closed, and while another thread looks at it
   std::atomic<bool> mMisbehaved = false;
   std::atomic<size_t> mUnansweredBytes = 0;  // of messages that wait for the main thread
 

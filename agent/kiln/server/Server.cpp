@@ -167,7 +167,7 @@ void Server::Take(asio::local::stream_protocol::socket socket) {
 }
 
 // What a client can't be told of it must not hold: it has given up waiting.
-bool Server::GaveUpWaiting(const Connection& connection, const wire::ClientMessage& message) {
+bool Server::GaveUpWaiting(Connection& connection, const wire::ClientMessage& message) {
   const bool activates = message.has_activate_fonts() || message.has_activate_document_fonts();
   if (!activates || !connection.PeerHasGone()) return false;
   mLog.Print("'%s' (process %d) didn't wait for its fonts", connection.program.c_str(), connection.Pid());

@@ -57,7 +57,7 @@ class Server : public ClientHub {
   void Accept();
   void Take(boost::asio::local::stream_protocol::socket socket);
   void OnMessage(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
-  bool GaveUpWaiting(const Connection& connection, const wire::ClientMessage& message);
+  bool GaveUpWaiting(Connection& connection, const wire::ClientMessage& message);
   void Answer(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message);
   Handling HandleByLibrary(const std::shared_ptr<Connection>& connection, const wire::ClientMessage& message,
                            wire::ServerMessage& reply, ActivationChange& change);
