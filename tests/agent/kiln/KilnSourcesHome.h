@@ -11,7 +11,18 @@ class KilnSourcesHome : public KilnTestHome {
     StartKiln();
     Connect();
   }
-  void Connect() { mClient = std::make_unique<WireClient>(); }
+  // A child that the killed Kiln was just starting keeps its socket open for a moment longer.
+  void Connect() {
+    for (int tries = 1;; ++tries) {
+      try {
+        mClient = std::make_unique<WireClient>();
+        return;
+      } catch (const std::runtime_error&) {
+        if (tries == 10) throw;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      }
+    }
+  }
   void RestartKiln() {
     mClient.reset();
     KillKiln();
